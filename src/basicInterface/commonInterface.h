@@ -1,0 +1,15 @@
+// File checks shared by everything that keeps files on the device.
+#pragma once
+
+#include "platform/types.h"
+
+#include <sys/stat.h>
+
+namespace ied {
+
+// Makes sure that `path` is a regular file (any existing object with fileCheckDisable), making an
+// empty one with mode 0644 where it is not. `callerName` names the caller in the messages on the
+// standard error stream. Returns 0 with `stat` filled; after three vain rounds the process ends.
+int checkFile(const char *path, const char *callerName, struct ::stat *stat);
+
+} // namespace ied

@@ -1,0 +1,97 @@
+// Steps between nodes of the model, and the way from an MMS name or a reference text to a node and
+// back. Nothing here changes the tree, so nothing here takes a lock.
+#pragma once
+
+#include "asn1/mmsTypes.h"
+#include "model-gen/c/genNode.h"
+#include "platform/shared.h"
+
+#include <ctime>
+
+namespace ied {
+
+// Which part of an array a Read wants.
+struct AccessSel {
+    enum : u8 { none, allElements, oneIndex, range };
+    u8 kind;
+    GenNode *arrayNode; // component that the access went down to, or the array itself
+    u32 index;
+    u32 firstIndex;
+    u32 count;
+};
+
+// Greatest depth of a subtree that the walkers convert.
+inline constexpr int maxWalkDepth = 10;
+
+// A leaf's place, loaded once: it may be switched to a substitution record at any time.
+inline void *nodeData(const GenNode *node) { return loadPublished(node->data); }
+
+// True if the node is walked into: it has children and is no array. `node` is not null.
+bool hasChild(const GenNode *node);
+bool hasSibling(const GenNode *node);
+GenNode *childNode(const GenNode *node);
+GenNode *siblingNode(const GenNode *node);
+GenNode *parentNode(const GenNode *node);
+GenNode *getFirstLd();
+u16 getLdNum();
+// The data object (level 4) at or above the node; null above that level.
+GenNode *getFCDNode(const GenNode *node);
+// Number of elements of the array under `node`, from its data record; 0 where there is none.
+u16 getArrNum(const GenNode *node);
+// Whether an Enum leaf is held in 32 bits.
+bool isEnum32(const GenNode *node);
+// The child of that exact name, or null.
+GenNode *childByName(const GenNode *node, const char *name);
+
+// The device of exactly that name.
+bool searchLdByStr(const char *name, GenNode **node);
+bool searchLdByOcts(const AsnOcts *octs, GenNode **node);
+// By device and item text "LN$FC$DO...".
+bool searchNodeByStr(const char *ldName, const char *itemText, GenNode **node);
+// By reference "LD/LN$FC$DO...".
+bool searchNodeByFullStr(const char *reference, GenNode **node);
+// By MMS name; `alternateAccess` may be null, `accessSel` is filled from it (caller gives kind 0).
+bool searchNodeByObjName(const ObjectName *objectName, GenNode **node,
+                         const AlternateAccess *alternateAccess, AccessSel *accessSel);
+// `depth` receives the number of items minus one.
+bool searchNodeByOcts(const AsnOcts *ldOcts, const AsnOcts *itemOcts, GenNode **node, u8 *depth);
+// Writes "LD/LN$FC$DO..." or, without `withLd`, "LN$FC$DO..." into `out`, which has room for
+// maxPathText octets. Empty for null or the root.
+inline constexpr int maxPathText = 400;
+void getAllPath(const GenNode *node, char *out, bool withLd);
+
+// Item splitting at "$" into `maxDepth` heap parts of the caller's array; returns the count.
+int analyseItemByStr(const char *text, char **parts);
+int analyseItemByOcts(const AsnOcts *octs, AsnOcts *parts);
+
+// Domain, "/" and item with a terminator into `*out` (100 octets), or into a Malloc'ed block with
+// `alloc`. False for any but a domain-specific name or a text above 100 octets.
+bool objName2Ref(const ObjectName *objectName, bool alloc, char **out);
+// The reverse. With `alloc` the parts are Malloc'ed, else the caller's are filled.
+bool ref2ObjName(const char *text, bool alloc, ObjectName *objectName);
+// A domain-specific name with heap parts.
+void objectNameFromStr(ObjectName *objectName, const char *domainText, const char *itemText);
+void objectNameCopy(ObjectName *target, const ObjectName *source);
+bool objectNameCmp(const ObjectName *a, const ObjectName *b);
+
+// Positions of the first and last `c`, or -1.
+int getFirstCharLoc(const char *text, char c);
+int getLastCharLoc(const char *text, char c);
+// What stands before or after the last `c` into `out`; false if there is none or it comes first.
+bool trimBefore(char *out, const char *text, char c);
+bool trimAfter(char *out, const char *text, char c);
+u16 dec_short(const u8 *bytes);
+void enc_short(u8 *bytes, u16 value);
+
+// True when at least `ms` milliseconds have passed since tick `startTick`.
+bool isTimeOut(u32 startTick, u32 ms);
+// Compares by seconds, then milliseconds; `result` -1, 0 or 1. False for a null argument.
+bool timeStampCmp(const TimeStamp *a, const TimeStamp *b, int *result);
+// GeneralizedTime "YYYYMMDDhhmmssZ" of 15 heap octets; changes `tm` to full year and month.
+void generalizeTime(AsnOcts *octs, std::tm *tm);
+// "YYYY-MM-DD hh:mm:ss.mmm" in local time; null takes the clock.
+void sprintTime(const TimeStamp *timestamp, u32 size, char *out);
+// Fills `out` from the clock device; zero, after a message, if that fails.
+void getTimeStamp(TimeStamp *out);
+
+} // namespace ied

@@ -1,0 +1,66 @@
+// Data sets, report and log control blocks of the SCL file as three flat lists, every reference
+// composed as the services use it ("LD/LN$FC$name"). Read-only after start.
+#pragma once
+
+#include "model-gen/c/genNode.h"
+#include "model-gen/c/list.h"
+
+namespace ied {
+
+struct PreDefDsMember {
+    char *name; // LD/LN$FC$DO[$DA...]
+    ListLink link;
+};
+
+struct PreDefDs {
+    char *ldName;   // IED name joined with LDevice inst
+    char *itemName; // LN$name
+    ListHead members;
+    ListLink link;
+    unsigned long line; // line of the DataSet element in the file
+};
+
+struct ReportCfg {
+    char *name;   // LD/LN$BR|RP$name[nn]
+    char *rtpID;  // null if absent or empty
+    char *dsName; // LD/LN$name, null if absent or empty
+    u8 trgOps;
+    u16 optFlds;
+    u32 bufTm;    // milliseconds
+    u32 intgPd;   // milliseconds
+    u8 buffered;
+    u32 bufferSize;
+    u32 confRev;
+    ListLink link;
+    unsigned long line;
+};
+
+struct LCBCfg {
+    char *name;    // LD/LN$LG$name
+    char *datSet;  // LD/LN$name; ends in "$" without a datSet
+    u32 intgPd;
+    char *logName;
+    u8 logEna;
+    u8 reasonCode;
+    u8 trgOps;
+    u8 period;
+    ListLink link;
+    unsigned long line;
+};
+
+extern ListHead PreDefDsHead;
+extern ListHead ReportCfgHead;
+extern ListHead LCBHead;
+
+// The level 1 node named IED name + inst, or null.
+GenNode *searchLogicDevice(const char *inst);
+// Copies a whole device behind the source, lists included; null (and a message) if the source is
+// missing or the target exists. Valid only before the model is bound.
+GenNode *copyLogicDevice(const char *sourceInst, const char *targetInst);
+void removeLogicDevice(const char *inst);
+
+// Hooks of the device layer for the texts of a copied node: each returns the source's pointer.
+char *nodeValueCopy(GenNode *node, void *context);
+char *nodeSaddrCopy(GenNode *node, void *context);
+
+} // namespace ied
