@@ -30,9 +30,10 @@ void *allocInMp(u32 size, MemoryPool *pool);
 template <class T> T *allocInMpOf(MemoryPool *pool) {
     return static_cast<T *>(allocInMp(static_cast<u32>(sizeof(T)), pool));
 }
-// `count` zeroed T of the pool.
+// `count` zeroed T of the pool; more than 32 bits of octets do not fit any.
 template <class T> T *allocInMpArray(MemoryPool *pool, u32 count) {
-    return static_cast<T *>(allocInMp(static_cast<u32>(sizeof(T)) * count, pool));
+    const u64 size = u64{sizeof(T)} * count;
+    return static_cast<T *>(allocInMp(size > UINT32_MAX ? UINT32_MAX : static_cast<u32>(size), pool));
 }
 
 // `size` rounded up to the word that pools align to.

@@ -101,8 +101,8 @@ extern ExternGlbCfg externGlbCfg;
 // Bytes of the model's pool and whether the icd path is one of the host: the two things that the
 // host's command line says and the record does not hold.
 struct HostModelOptions {
-    u32 modelPool;   // bytes; default 0x500000 for each 4 octets of a pointer
-    bool icdOnHost;  // icdPath is a path of the host, not below the device root
+    u32 modelPool;  // bytes; default 0x500000 for each 4 octets of a pointer
+    bool icdOnHost; // icdPath is a path of the host, not below the device root
 };
 extern HostModelOptions hostModelOptions;
 
@@ -116,9 +116,51 @@ void libDebugCfgInit();
 // Zeroes the record, then runs the five initialisers in their order.
 void externGlbCfgInit();
 
+// The initialiser that writes a field.
+enum class ConfigGroup : u8 {
+    System,
+    Network,
+    Model,
+    Files,
+    Debug,
+    None, // no initialiser: zero at start
+};
+
+enum class ConfigKind : u8 {
+    U8,
+    U16,
+    U32,
+    Levels,   // u8 list in which every number is given
+    Services, // u8 list that ends at 0xFF, zeros behind it
+    Text,     // string pointer, a private heap copy
+    Hook,     // function pointer, set by code alone
+};
+
+// One field of the record.
+struct ConfigField {
+    ConfigGroup group;
+    const char *name;
+    u16 offset; // of the field in the record
+    ConfigKind kind;
+    u16 count; // numbers of a list, 1 otherwise
+    u32 init;  // default of a number, and of each number of Levels
+    u32 least; // sound range: of a number, of each number of a list, of a text's length
+    u32 greatest;
+    const char *text; // default of a text, or of Services as setConfigField takes it
+    const char *meaning;
+};
+
+// The fields in the order of the record; `*count` of them.
+const ConfigField *configFields(u32 *count);
+
 // Sets the field `name` from text (decimal or 0x hexadecimal numbers, lists separated by commas,
-// texts as they are). Returns null, or a message that names the field and says what is wrong.
+// texts as they are). Returns null, or a message that names the field and says what is wrong; the
+// field is then as it was. The message stands until the next call.
 const char *setConfigField(const char *name, const char *value);
+
+// Looks at fields that have to suit each other, once all are set. Returns null, or a message that
+// names the field at fault; it stands until the next call.
+const char *checkConfig();
 
 // Writes "<sgDir><name>.sg" of a setting group control block into `path` (100 bytes). False if an
 // argument is null.

@@ -90,7 +90,8 @@ SemId semBCreate(u32 options, int initialState);
 // Reader-writer semaphore with at most `maxReaders` readers at once.
 SemId semRWCreate(u32 options, int maxReaders);
 // Named mutex ("/name", plus the instance's suffix), shared between processes and recovered when
-// its holder dies. Opened, or made in `initialState` when it does not exist. Null on failure.
+// its holder dies. Opened, or made free when it does not exist; the same handle for each opening.
+// Null on failure, and for another type than a mutex.
 SemId semOpen(const char *name, int type, int initialState, u32 options, u32 mode);
 // Takes a mutex or binary semaphore. `ticks` is a time-out in ticks, NO_WAIT or WAIT_FOREVER.
 int semTake(SemId semaphore, int ticks);
@@ -98,7 +99,7 @@ int semGive(SemId semaphore);
 // Takes the read side or the write side of a reader-writer semaphore; given back by semGive.
 int semRTake(SemId semaphore, int ticks);
 int semWTake(SemId semaphore, int ticks);
-// Frees a semaphore that nobody holds or awaits. Null is allowed.
+// Frees a semaphore that nobody holds or awaits. Null is allowed; a named one stays open.
 void semDelete(SemId semaphore);
 
 // -------------------------------------------------------------------------------- message queues
@@ -125,8 +126,8 @@ void *sdOpen(const char *name, int options, u32 mode, u32 size, u64 physicalAddr
 // ----------------------------------------------------------------------------------------- clock
 
 struct ClockOps {
-    u64 (*monotonicNs)();             // host time that never jumps, nanoseconds
-    void (*realTime)(TimeStamp *out); // UTC with quality 10
+    u64 (*monotonicNs)();               // host time that never jumps, nanoseconds
+    void (*realTime)(TimeStamp *out);   // UTC with quality 10
     void (*sleepUntilNs)(u64 deadline); // returns at or after that monotonic time
 };
 extern ClockOps clockOps; // replaced by tests only
@@ -149,9 +150,9 @@ void heldClockStop();
 
 // ----------------------------------------------------------------------------------------- files
 
-inline constexpr int FIOFLUSH = 2;     // bring what was written to the medium
-inline constexpr int FIOTRUNC = 42;    // cut or extend the file to the argument
-inline constexpr int FIOCONTIG = 58;   // reserve the argument's number of bytes in one piece
+inline constexpr int FIOFLUSH = 2;   // bring what was written to the medium
+inline constexpr int FIOTRUNC = 42;  // cut or extend the file to the argument
+inline constexpr int FIOCONTIG = 36; // reserve the argument's number of bytes in one piece; the size stays
 
 // File operations of the device's file systems. Paths are device paths ("/tffs0/..."), which go
 // through platformOptions.root; results and errno are those of the POSIX call of the same name.
@@ -209,7 +210,7 @@ struct PlatformOptions {
     std::string bindAddress; // IPv4 address to listen on; empty is any
     bool realtime = false;   // real-time scheduling where permitted
 };
-extern PlatformOptions platformOptions;
+extern PlatformOptions &platformOptions; // lives as long as the process, its end included
 
 // Name of a shared object for this instance: "/sd_commdata" becomes "/sd_commdata.NAME".
 std::string sharedName(const char *name);
@@ -220,18 +221,25 @@ void sweepSharedObjects();
 void removeSharedObjects();
 
 // Keeps the text of a failure, so that the error record that may follow can carry it. Kept per
-// task; a later text replaces it. Null or empty forgets it.
+// task: the latest three, cut at 511 octets each. Null or empty forgets them.
 void noteFailure(const char *text);
 
+// True in the initial task, the one that the process began with.
+bool taskIsInitial();
+
 // The platform's error recorder: one line on the standard error stream (kind, source path, line,
-// text and, where noteFailure kept one, the failure that led to it) and in the system log.
+// text and the failures of this task that noteFailure kept, oldest first) and in the system log.
 void edrErrorInject(int kind, const char *sourcePath, int line, int a, int b, const char *text);
 
-// Ends the process as an orderly stop does: runs `beforeEnd` functions, then exits.
+// Ends the process as an orderly stop does: runs the registered flushes, then exits. Safe while
+// other tasks run; every end of the process goes through here, so that two tasks never run it at
+// once. With installEndSignals in force an end that hangs (a terminal that takes no more) is cut
+// short after 3 seconds.
 [[noreturn]] void processExit(int status);
 // Registers what an end by SIGINT, SIGTERM or processExit has to flush. At most eight.
 void atProcessEnd(void (*flush)());
-// Makes SIGINT and SIGTERM end the process with status 0 after the registered flushes.
+// Makes SIGINT and SIGTERM end the process with status 0 after the registered flushes, whatever
+// its tasks wait for. Called once, in the initial task, before any other task starts.
 void installEndSignals();
 
 } // namespace ied

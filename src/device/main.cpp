@@ -1,0 +1,19 @@
+// Entry of the server process.
+#include "device/externGlbCfg.h"
+#include "device/externalInterface.h"
+#include "device/hostOptions.h"
+#include "platform/platform.h"
+#include "proto-process/c/client.h"
+
+int main(int argc, char **argv) {
+    ied::startUpHook(argv);
+    ied::externGlbCfgInit();
+    const int status = ied::readHostOptions(argc, argv, IED_VERSION);
+    if (status >= 0) {
+        return status;
+    }
+    ied::installEndSignals();
+    ied::sysClkRateSet(ied::externGlbCfg.tickRate);
+    ied::sweepSharedObjects();
+    ied::taskMain();
+}

@@ -1,0 +1,101 @@
+#include "platform/messageRing.h"
+
+#include "platform/platform.h"
+#include "platform/shared.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <ctime>
+#include <linux/futex.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace ied {
+
+namespace {
+
+constexpr u64 nsPerSecond = 1'000'000'000;
+
+u64 slotSize(u64 maxLength) {
+    return (sizeof(u32) + maxLength + 3) / 4 * 4;
+}
+
+u8 *slotAt(MessageRing *ring, u32 count) {
+    u8 *slots = reinterpret_cast<u8 *>(ring + 1);
+    return slots + slotSize(ring->maxLength) * (count % ring->maxMessages);
+}
+
+// Holds the ring's lock for a scope, and empties a ring that a dead process left in no sound state.
+struct RingLock {
+    explicit RingLock(MessageRing *r) : ring(r) {
+        bool recovered = false;
+        held = sharedLockTake(&ring->head, WAIT_FOREVER, &recovered);
+        if (held && recovered && ring->sent - ring->taken > ring->maxMessages) {
+            storeShared(ring->taken, ring->sent);
+        }
+    }
+    ~RingLock() {
+        if (held) {
+            sharedLockGive(&ring->head);
+        }
+    }
+    RingLock(const RingLock &) = delete;
+    RingLock &operator=(const RingLock &) = delete;
+    MessageRing *ring;
+    bool held;
+};
+
+} // namespace
+
+u32 ringSize(u32 maxMessages, u32 maxLength) {
+    const u64 size = sizeof(MessageRing) + slotSize(maxLength) * maxMessages;
+    return size > INT_MAX ? 0 : static_cast<u32>(size);
+}
+
+bool ringIsSound(const MessageRing *ring) {
+    return ring->maxMessages > 0 && ring->maxLength > 0 &&
+           ringSize(ring->maxMessages, ring->maxLength) == ring->head.size;
+}
+
+bool ringSend(MessageRing *ring, const void *record, u32 length) {
+    if (length > ring->maxLength) {
+        return false;
+    }
+    const RingLock lock(ring);
+    if (!lock.held || ring->sent - ring->taken >= ring->maxMessages) {
+        return false;
+    }
+    u8 *slot = slotAt(ring, ring->sent);
+    std::memcpy(slot, &length, sizeof length);
+    std::memcpy(slot + sizeof length, record, length);
+    publish(ring->sent, ring->sent + 1);
+    return true;
+}
+
+int ringReceive(MessageRing *ring, void *record, u32 maxLength) {
+    const RingLock lock(ring);
+    if (!lock.held || ring->sent == ring->taken) {
+        return -1;
+    }
+    const u8 *slot = slotAt(ring, ring->taken);
+    u32 length;
+    std::memcpy(&length, slot, sizeof length);
+    length = std::min({length, maxLength, ring->maxLength});
+    std::memcpy(record, slot + sizeof length, length);
+    publish(ring->taken, ring->taken + 1);
+    return static_cast<int>(length);
+}
+
+// The kernel's wait on a word, not a condition of the C library: a process that dies while it
+// waits on a condition can leave its sender hanging.
+void ringWait(const u32 *word, u32 seen, u64 ns) {
+    const timespec time{static_cast<time_t>(ns / nsPerSecond), static_cast<long>(ns % nsPerSecond)};
+    syscall(SYS_futex, word, FUTEX_WAIT, seen, &time, nullptr, 0);
+}
+
+void ringWake(const u32 *word) {
+    syscall(SYS_futex, word, FUTEX_WAKE, 1, nullptr, nullptr, 0);
+}
+
+} // namespace ied
