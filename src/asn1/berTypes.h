@@ -77,8 +77,12 @@ AsnList *asnListNew(u32 dataSize, MemoryPool *pool);
 void *asnListAppend(AsnList *list, MemoryPool *pool);
 
 // Payload of an element.
-inline void *asnListPayload(AsnListElement *element) { return element + 1; }
-inline const void *asnListPayload(const AsnListElement *element) { return element + 1; }
+inline void *asnListPayload(AsnListElement *element) {
+    return element + 1;
+}
+inline const void *asnListPayload(const AsnListElement *element) {
+    return element + 1;
+}
 
 // Value that an element of a pointer list points to.
 template <class T> T *asnListValue(AsnListElement *element) {
@@ -89,7 +93,9 @@ template <class T> const T *asnListValue(const AsnListElement *element) {
 }
 
 // A new list of pointers.
-inline AsnList *asnListNewPtr() { return AsnListNew(sizeof(void *)); }
+inline AsnList *asnListNewPtr() {
+    return AsnListNew(sizeof(void *));
+}
 
 // Appends `value` to a list of pointers; returns it.
 template <class T> T *asnListPush(AsnList *list, T *value) {

@@ -2,6 +2,8 @@
 // them for the reply. A pointer that is null, or a string whose data pointer is null, is absent.
 // A CHOICE is `choiceId` and a union; its numbers stand in the enumeration beside it. What a
 // decoder or builder hangs into a record comes from Malloc and is freed by Free<T>.
+// What is kept undecoded is one whole element, with its tag and a definite length; the structure
+// below it has been checked, and an encoder writes it as it is.
 #pragma once
 
 #include "asn1/berTypes.h"
@@ -85,7 +87,7 @@ struct AlternateAccessSelectionChoice {
         AlternateAccessSelectionChoiceSeq *indexRange_;
     };
 };
-using AlternateAccessSelectionSeqChoice = AlternateAccessSelectionChoice; // the same alternatives, tags 0 to 3
+using AlternateAccessSelectionSeqChoice = AlternateAccessSelectionChoice; // its tags are 0 to 3
 
 using AlternateAccess = AsnList; // SEQUENCE OF AlternateAccessChoice
 
@@ -138,7 +140,7 @@ struct VariableSpecification {
         ObjectName *name_;
         Address *address_;
         VariableSpecificationSeq *variableDescription_;
-        AsnOcts *scattered; // undecoded content, its structure checked
+        AsnOcts *scattered; // undecoded
     };
 };
 
@@ -196,7 +198,8 @@ struct TypeSpecification {
         ObjectName *typesName_;
         TypeSpecificationSeq *array_;
         TypeSpecificationSeq1 *structure_;
-        AsnInt size;             // bit-string, integer, unsigned, the strings, bcd, booleanArray
+        AsnInt size;             // bit-string, integer, unsigned, the strings, bcd
+        AsnBits *booleanArray_;
         TypeSpecificationSeq2 *floatingPoint_;
         TypeSpecificationSeq3 *real_;
         AsnBool withDate;        // binary-time
@@ -391,8 +394,10 @@ struct JournalEntry {
     u8 *rawData; // encoded content of the fields above; copied as it is into a reply
 };
 
+using ReadJournal_ResponseSeqOf = AsnList; // of JournalEntry
+
 struct ReadJournal_Response {
-    AsnList *listOfJournalEntry; // of JournalEntry
+    AsnList *listOfJournalEntry; // ReadJournal_ResponseSeqOf
     AsnBool *moreFollows;        // absent means FALSE
 };
 
@@ -484,7 +489,7 @@ struct ConfirmedServiceRequest {
         AsnInt fileRead;
         AsnInt fileClose;
         FileDirectory_Request *fileDirectory;
-        AsnOcts *undecoded; // content of a service that is not served; its structure is checked
+        AsnOcts *undecoded; // request of a service that is not served
     };
 };
 
@@ -513,21 +518,21 @@ struct ConfirmedServiceResponse {
         ReportJournalStatus_Response *reportJournalStatus_;
         FileRead_Response *fileRead_;
         FileDirectory_Response *fileDirectory_;
-        AsnOcts *undecoded; // of a received response to a service that is not served
+        AsnOcts *undecoded; // response of a service that is not served
     };
 };
 
 struct Confirmed_RequestPDU {
     AsnInt invokeID;
-    AsnOcts *listOfModifier; // undecoded content, its structure checked
+    AsnOcts *listOfModifier; // undecoded
     ConfirmedServiceRequest *service;
-    AsnOcts *service_ext; // undecoded content, its structure checked
+    AsnOcts *service_ext; // undecoded
 };
 
 struct Confirmed_ResponsePDU {
     AsnInt invokeID;
     ConfirmedServiceResponse *service;
-    AsnOcts *service_ext;
+    AsnOcts *service_ext; // undecoded
 };
 
 struct ServiceErrorChoice {
@@ -543,7 +548,7 @@ struct ServiceError {
     ServiceErrorChoice *errorClass;
     AsnInt *additionalCode;
     AsnOcts additionalDescription;
-    AsnOcts *serviceSpecificInformation; // undecoded content
+    AsnOcts *serviceSpecificInformation; // undecoded
 };
 
 struct Confirmed_ErrorPDU {
@@ -568,7 +573,7 @@ struct UnconfirmedService {
 
 struct Unconfirmed_PDU {
     UnconfirmedService *service;
-    AsnOcts *service_ext;
+    AsnOcts *service_ext; // undecoded
 };
 
 struct RejectPDUChoice {

@@ -93,13 +93,19 @@ struct Association_external {
 
 using Association_information = AsnList; // of Association_external
 
+struct Authentication_valueSeq { // other
+    AsnOid other_mechanism_name;
+    AsnAny other_mechanism_value;
+};
+
 struct Authentication_value {
     enum : u32 { charstring, bitstring, external, other };
     u32 choiceId;
     union {
         AsnOcts *charstring_;
         AsnBits *bitstring_;
-        AsnOcts *undecoded; // external, other: whole content as it came, its structure checked
+        AsnOcts *external_; // undecoded
+        Authentication_valueSeq *other_;
     };
 };
 
