@@ -9,49 +9,135 @@
 namespace ied {
 
 // Depth kinds of a node.
-enum NodeLevel : u8 { LevelRoot, LevelLD, LevelLN, LevelFC, LevelDO, LevelInner, LevelLeaf };
+enum NodeLevel : u8 {
+    LevelRoot,
+    LevelLD,
+    LevelLN,
+    LevelFC,
+    LevelDO,
+    LevelInner,
+    LevelLeaf
+};
+
+// Greatest depth of a subtree that the walkers convert: no node lies deeper below its logical node.
+inline constexpr int maxWalkDepth = 10;
 
 // Functional constraints (IEC 61850-7-2 table 18); 0 is none.
 enum FcCode : u8 {
-    FcNone, FcMX, FcST, FcCO, FcCF, FcDC, FcSP, FcSG, FcRP, FcLG, FcBR, FcGO, FcGS, FcSV, FcSE, FcMS,
-    FcSC, FcUS, FcEX,
+    FcNone,
+    FcMX,
+    FcST,
+    FcCO,
+    FcCF,
+    FcDC,
+    FcSP,
+    FcSG,
+    FcRP,
+    FcLG,
+    FcBR,
+    FcGO,
+    FcGS,
+    FcSV,
+    FcSE,
+    FcMS,
+    FcSC,
+    FcUS,
+    FcEX,
 };
 
 // Common data classes of level 4 nodes; 29 to 32 are control blocks.
 enum CdcCode : u8 {
-    CdcSPS, CdcDPS, CdcINS, CdcACT, CdcACD, CdcSEC, CdcBCR, CdcMV, CdcCMV, CdcSAV, CdcWYE, CdcDEL,
-    CdcSEQ, CdcHMV, CdcHWYE, CdcHDEL, CdcSPC, CdcDPC, CdcINC, CdcBSC, CdcISC, CdcAPC, CdcSPG, CdcING,
-    CdcASG, CdcCURVE, CdcDPL, CdcLPL, CdcCSD, CdcSGCB, CdcRCB, CdcLCB, CdcGOCB, CdcHST, CdcORG, CdcENS,
-    CdcENG, CdcENC,
+    CdcSPS,
+    CdcDPS,
+    CdcINS,
+    CdcACT,
+    CdcACD,
+    CdcSEC,
+    CdcBCR,
+    CdcMV,
+    CdcCMV,
+    CdcSAV,
+    CdcWYE,
+    CdcDEL,
+    CdcSEQ,
+    CdcHMV,
+    CdcHWYE,
+    CdcHDEL,
+    CdcSPC,
+    CdcDPC,
+    CdcINC,
+    CdcBSC,
+    CdcISC,
+    CdcAPC,
+    CdcSPG,
+    CdcING,
+    CdcASG,
+    CdcCURVE,
+    CdcDPL,
+    CdcLPL,
+    CdcCSD,
+    CdcSGCB,
+    CdcRCB,
+    CdcLCB,
+    CdcGOCB,
+    CdcHST,
+    CdcORG,
+    CdcENS,
+    CdcENG,
+    CdcENC,
 };
 
 // Data types of nodes below level 4.
 enum NodeType : u8 {
-    TypeInner = 38, TypeArrayVec, TypeArray, TypeBoolean, TypeDbpos, TypeBits5, TypeTrgOps, TypeOptFlds,
-    TypeQuality, TypeInt8, TypeInt16, TypeInt32, TypeInt8U, TypeInt16U, TypeInt32U, TypeFloat32,
-    TypeOctet6, TypeOctet8, TypeOctet64, TypeVisString32, TypeVisString64, TypeVisString65,
-    TypeVisString255, TypeUnicode255, TypeTimestamp, TypeEntryTime, TypeEnum, TypeFailure,
+    TypeInner = 38,
+    TypeArrayVec,
+    TypeArray,
+    TypeBoolean,
+    TypeDbpos,
+    TypeBits5,
+    TypeTrgOps,
+    TypeOptFlds,
+    TypeQuality,
+    TypeInt8,
+    TypeInt16,
+    TypeInt32,
+    TypeInt8U,
+    TypeInt16U,
+    TypeInt32U,
+    TypeFloat32,
+    TypeOctet6,
+    TypeOctet8,
+    TypeOctet64,
+    TypeVisString32,
+    TypeVisString64,
+    TypeVisString65,
+    TypeVisString255,
+    TypeUnicode255,
+    TypeTimestamp,
+    TypeEntryTime,
+    TypeEnum,
+    TypeFailure,
 };
 
 struct GenNode {
     char name[32];
-    u8 nodeType;      // level 4: CdcCode; below: NodeType; above: TypeInner
-    u8 trgOps;        // of a leaf: 0x40 dchg, 0x20 qchg, 0x10 dupd
-    u8 fc;            // FcCode
-    u8 origType;      // of an array of type 40: the element's type, 0 for structures
-    void *data;       // level 1: list of data sets; 4: bound record; leaf: place of the value.
-                      // Leaves are switched at run time: see nodeData()
+    u8 nodeType; // level 4: CdcCode; below: NodeType; above: TypeInner
+    u8 trgOps;   // of a leaf: 0x40 dchg, 0x20 qchg, 0x10 dupd
+    u8 fc;       // FcCode
+    u8 origType; // of an array of type 40: the element's type, 0 for structures
+    void *data;  // level 1: list of data sets; 4: bound record; leaf: place of the value.
+                 // Leaves are switched at run time: see nodeData()
     GenNode *child;
     GenNode *sibling;
     GenNode *parent;
-    u8 level;         // NodeLevel
-    char *value;      // configured value as text, or null
-    char *sAddr;      // short address, or null
-    void *savedData;  // a leaf's own place while it is turned to a substitution record
+    u8 level;           // NodeLevel
+    char *value;        // configured value as text, or null
+    char *sAddr;        // short address, or null
+    void *savedData;    // a leaf's own place while it is turned to a substitution record
     GenNode *lastChild; // tail of the children, so that building is linear
 };
 
-extern GenNode lds;              // the root
+extern GenNode lds;               // the root
 extern MemoryPool model_gen_pool; // holds everything that comes from the SCL file
 
 // `size` zeroed bytes of model_gen_pool; throws PoolFull.
@@ -67,6 +153,7 @@ GenNode *modelFillElem(GenNode *parent, const char *name, const char *fc, u8 nod
 // TypeInner, after a message, for an unknown bType.
 u8 getFCType(const char *fc);
 u8 getCDCType(const char *cdc);
+bool isCDC(const char *cdc);
 u8 getNodeType(const char *bType);
 // Two-letter text of a functional constraint code, "" for none.
 const char *fcText(u8 fc);
@@ -76,5 +163,9 @@ const char *cdcText(u8 cdc);
 // Builds the whole model from the file `path` in a pool of `poolSize` bytes. Any fault ends the
 // process with a message that names the culprit.
 void modelInit(const char *path, u32 poolSize);
+
+// Forgets the model with everything that was read for it and gives the pool back, so that modelInit
+// can run again: for tests and tools. The server never calls it.
+void modelForget();
 
 } // namespace ied

@@ -13,9 +13,9 @@ struct PreDefDsMember {
 };
 
 struct PreDefDs {
-    char *ldName;   // IED name joined with LDevice inst
-    char *itemName; // LN$name
-    ListHead members;
+    char *ldName;       // IED name joined with LDevice inst
+    char *itemName;     // LN$name
+    TailedList members; // of PreDefDsMember
     ListLink link;
     unsigned long line; // line of the DataSet element in the file
 };
@@ -26,8 +26,8 @@ struct ReportCfg {
     char *dsName; // LD/LN$name, null if absent or empty
     u8 trgOps;
     u16 optFlds;
-    u32 bufTm;    // milliseconds
-    u32 intgPd;   // milliseconds
+    u32 bufTm;  // milliseconds
+    u32 intgPd; // milliseconds
     u8 buffered;
     u32 bufferSize;
     u32 confRev;
@@ -36,8 +36,8 @@ struct ReportCfg {
 };
 
 struct LCBCfg {
-    char *name;    // LD/LN$LG$name
-    char *datSet;  // LD/LN$name; ends in "$" without a datSet
+    char *name;   // LD/LN$LG$name
+    char *datSet; // LD/LN$name; ends in "$" without a datSet
     u32 intgPd;
     char *logName;
     u8 logEna;
@@ -48,9 +48,9 @@ struct LCBCfg {
     unsigned long line;
 };
 
-extern ListHead PreDefDsHead;
-extern ListHead ReportCfgHead;
-extern ListHead LCBHead;
+extern TailedList PreDefDsHead;
+extern TailedList ReportCfgHead;
+extern TailedList LCBHead;
 
 // The level 1 node named IED name + inst, or null.
 GenNode *searchLogicDevice(const char *inst);
