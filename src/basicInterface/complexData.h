@@ -13,7 +13,7 @@ extern SemId semModelData;
 
 // A new value of the subtree on the heap (freed with FreeData). `accessSel` null: arrays read as
 // boolean false.
-void getNodeData(Data *data, GenNode *node, AccessSel *accessSel);
+void getNodeData(Data *data, GenNode *node, const AccessSel *accessSel);
 // The full value in `pool`, once, for reuse by copyNodeData.
 void allocNodeDataInMp(Data *data, GenNode *node, MemoryPool *pool);
 // Overwrites a value made by allocNodeDataInMp; allocates nothing.
@@ -27,7 +27,7 @@ u8 getVectorLoc(const GenNode *node, const GenNode *target);
 void getArrVecData(Data *data, GenNode *node, const AccessSel *accessSel);
 void allocArrVecDataInMp(Data *data, GenNode *node, MemoryPool *pool);
 bool copyVecArrNode(GenNode *node, u32 first, Data *data);
-void getArrGenData(Data *data, GenNode *node, AccessSel *accessSel, MemoryPool *pool);
+void getArrGenData(Data *data, GenNode *node, const AccessSel *accessSel, MemoryPool *pool);
 void allocArrGenDataInMp(Data *data, GenNode *node, MemoryPool *pool);
 bool copyGenArrNode(GenNode *node, Data *data);
 void getSingleArrData(Data *data, GenNode *node, const AccessSel *accessSel, bool alloc, MemoryPool *pool);

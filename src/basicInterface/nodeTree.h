@@ -20,9 +20,6 @@ struct AccessSel {
     u32 count;
 };
 
-// Greatest depth of a subtree that the walkers convert.
-inline constexpr int maxWalkDepth = 10;
-
 // A leaf's place, loaded once: it may be switched to a substitution record at any time.
 inline void *nodeData(const GenNode *node) { return loadPublished(node->data); }
 
@@ -40,8 +37,9 @@ GenNode *getFCDNode(const GenNode *node);
 u16 getArrNum(const GenNode *node);
 // Whether an Enum leaf is held in 32 bits.
 bool isEnum32(const GenNode *node);
-// The child of that exact name, or null.
+// The child of that exact name, or null. Elements of an array have their components as children.
 GenNode *childByName(const GenNode *node, const char *name);
+GenNode *childByOcts(const GenNode *node, const AsnOcts *name);
 
 // The device of exactly that name.
 bool searchLdByStr(const char *name, GenNode **node);
@@ -53,11 +51,15 @@ bool searchNodeByFullStr(const char *reference, GenNode **node);
 // By MMS name; `alternateAccess` may be null, `accessSel` is filled from it (caller gives kind 0).
 bool searchNodeByObjName(const ObjectName *objectName, GenNode **node,
                          const AlternateAccess *alternateAccess, AccessSel *accessSel);
+// Follows an alternate access (ISO 9506-2 AlternateAccess) from `*node`, which may move down to a
+// component, and notes the elements that it takes of an array. False if it leads nowhere.
+bool searchAlterContent(GenNode **node, const AlternateAccess *alternateAccess, AccessSel *accessSel);
 // `depth` receives the number of items minus one.
 bool searchNodeByOcts(const AsnOcts *ldOcts, const AsnOcts *itemOcts, GenNode **node, u8 *depth);
 // Writes "LD/LN$FC$DO..." or, without `withLd`, "LN$FC$DO..." into `out`, which has room for
 // maxPathText octets. Empty for null or the root.
 inline constexpr int maxPathText = 400;
+inline constexpr int maxPathNodes = 16; // longest chain from a device to a leaf
 void getAllPath(const GenNode *node, char *out, bool withLd);
 
 // Item splitting at "$" into `maxDepth` heap parts of the caller's array; returns the count.

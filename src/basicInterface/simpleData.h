@@ -7,18 +7,31 @@
 
 namespace ied {
 
+// DataAccessError numbers (ISO 9506-2).
+enum DataAccessError : i8 {
+    DaeNone = -1, DaeTemporarilyUnavailable = 2, DaeObjectAccessDenied = 3, DaeObjectUndefined = 4,
+    DaeInvalidAddress = 5, DaeTypeInconsistent = 7, DaeObjectAttributeInconsistent = 8,
+    DaeObjectNonExistent = 10, DaeObjectValueInvalid = 11,
+};
+
+// Octets of the place of a leaf that holds a number, or of its fixed octets; 0 for any other.
+u8 storedWidth(const GenNode *node);
+
 // Reads the leaf; an unbound one gives the zero of its kind. With `alloc` the parts come from
 // Malloc, else they stand there already (allocSimpleDataInMp).
 void getSimpleData(Data *data, const GenNode *node, bool alloc);
 // Kind and empty parts of full capacity from `pool`.
 void allocSimpleDataInMp(Data *data, const GenNode *node, MemoryPool *pool);
-// Stores `data`; false with *error 7 if kind or size do not fit.
+// Stores `data`; false with *error 7, after a message, if kind or size do not fit, or if the leaf has
+// no place. A leaf that still shows its configured text gets a place of its own first.
 bool setSimpleData(const Data *data, GenNode *node, i8 *error);
 // Whether `data` may be stored into the leaf.
 bool checkSimpleData(const Data *data, const GenNode *node);
-// Copies a Data of a simple kind; with `alloc` the parts are new.
+// Copies a Data of a simple kind; with `alloc` the parts are new, else those of `target` are
+// overwritten, which has the kind of `source` and room for its octets. Any other kind gives false.
 void copySimpleData(Data *target, const Data *source, bool alloc);
-// Takes a configured text into the leaf; false if its type takes none.
+// Takes a configured text into the leaf; false if its type takes none. Without a place one is made,
+// but a text (not octets) becomes the place itself and has to live as long as the node. Start only.
 bool setNodeConfig(GenNode *node, const char *text);
 // The MMS type description; parts of a FLOAT32 answer come from Malloc.
 void getSimpleType(TypeSpecification *typeDescription, const GenNode *node);
