@@ -39,38 +39,74 @@ extern SemId semClientNum;
 extern SemId *semSend;         // maxClientNum mutexes, one packet on a socket
 extern SemId *semClientStart;  // maxClientNum binary semaphores that wake a client task
 
-// Bytes of one client task that did not decode yet.
+// Bytes of one client task that did not decode yet, and where its replies are encoded.
 struct ResBuf {
-    u8 *base;  // recvBufSize octets
-    u32 count; // octets held
+    u8 *base;   // recvBufSize octets
+    u32 count;  // octets held
+    u32 broken; // of these, octets at the front in whole frames that will never decode
+    u8 *encBuf; // sendBufSize octets
 };
+
+// Makes the tables of slots, zeroed; with them standing, puts every slot back to zero.
+void clientStatInit();
+// Makes semClientNum and the semaphores of every slot; a failure ends the process.
+void clientSemInit();
+
+inline constexpr std::size_t clientTaskNameSize = 50;
+// Name of a slot's task into `name`.
+void clientTaskName(u8 slot, char (&name)[clientTaskNameSize]);
 
 // Task body of a slot; never returns.
 void clientProcess(TaskArgument slot);
-// Takes `len` received octets, answers what they complete. Returns 1.
+// The buffers of one client task and its request record: allocated once, kept for ever.
+void clientBufferInit(PacketBuf *pdu, ResBuf *resBuf);
+// Serves the slot's socket until the connection ends, and gives the slot back. `recvBuf` has
+// recvBufSize octets.
+void serveConnection(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot);
+// Takes `len` (at most recvBufSize) received octets, answers each request that they complete and
+// keeps what does not decode yet. Returns 1.
 int packetReply(PacketBuf *pdu, const u8 *data, u32 len, ResBuf *resBuf, u8 slot);
+// Gives the slot back: what the client held in the model, the socket, the count.
 void releaseClient(u8 slot);
-// Classes of requests: 0 else, 1 CR, 2 AARQ, 3 MMS, 4 conclude, 5 RLRQ, 6 abort.
+
+enum AccessType : u8 {
+    AccessOther, AccessCotp, AccessInitiate, AccessMms, AccessConclude, AccessRelease, AccessAbort,
+};
+// Class of a decoded request (AccessType).
 u8 getAccessType(const PacketBuf *pdu);
+// State (ClientState) that a finished reply implies.
 u8 getClientStatus(const PacketBuf *pdu);
+// Whether spontaneous traffic may go to the slot: a client that has had an MMS reply and reads its
+// socket. clientNone is not valid.
 bool isClientValid(u8 slot);
-// Sends a packet as encPacket left it in `buf` (sendBufSize octets), cut to frames of maxTpduSize.
+// Sends a packet as encPacket left it in `buf` (sendBufSize octets), cut in place to frames of
+// maxTpduSize. False when it did not go out whole; the association then ends by itself.
 bool sendPacket(u8 *buf, u32 len, u8 slot);
 
 // Start of the process: brings everything up in order and serves; never returns.
 [[noreturn]] void taskMain();
+// One round of the accept loop: waits at most `timeout`, hands a new connection to a free slot.
+void acceptRound(int listenFd, const ::timeval &timeout);
+// Creates the directories of a device path below an existing device. False, after a message on the
+// standard error stream, when one cannot be made. Null and empty paths and unknown devices succeed.
 bool dirInit(const char *path);
+// Opens the listening socket. A failure ends the process with its message.
 bool socketInit(int *listenFd);
 void activeKeepAlive(int fd);
+// `idle` and `intvl` in seconds. A failure is logged only.
 void setKeepAliveParams(int fd, u32 idle, u32 cnt, u32 intvl);
-// What Initiate announced: zeroes a slot's record for tests and a fresh start.
-void clientStatInit();
+// A configured time in milliseconds as select takes it.
+::timeval splitTimeout(u32 milliseconds);
 
 // Monitor and report tasks.
 extern SemId semMonitor; // given by the refresh task when data were refreshed
 extern SemId semRefresh; // given back by the monitor task when it has looked at them
 bool monitorStart();
+// Task bodies; never return. Each repeats its round.
 void taskObjMon(TaskArgument);
 void taskInfoRpt(TaskArgument);
+// One round of each: feeds the watchdog when due, waits for the refresh or the delay, does the work.
+void monitorRound();
+void reportRound();
 
 } // namespace ied

@@ -108,8 +108,14 @@ int processApduAcse(const ACSE_apdu *apdu, ACSE_apdu *reply, u8 slot);
 
 // -------------------------------------------------------------------------------------- MMS
 
+// Answers an MMS PDU: `responsePdu`, zeroed, is always filled. Returns 1.
 int processApduMms(const MMSpdu *requestPdu, MMSpdu *responsePdu, u8 clientId);
+// Error class and code of an internal service result of 0 or above.
 void generateServiceError(ServiceError *errorOut, i8 value);
+// Makes `responsePdu`, which holds nothing, the confirmed-ErrorPDU of an internal service result.
+void buildConfirmedError(MMSpdu *responsePdu, AsnInt invokeID, i8 value);
+// Negotiates an association for the slot: fills the zeroed response and the client's record. Never
+// refuses; returns -1, the internal result for success.
 i8 initiateProcess(const Initiate_RequestPDU *request, Initiate_ResponsePDU *response, u8 slot);
 void getSupportCBB(u8 *bits);  // 2 octets
 void getSupportServ(u8 *bits); // 11 octets
@@ -128,20 +134,26 @@ struct PacketBuf {
     u8 ppduPresent;
 };
 
-// Decodes one frame of `len` octets at hand. Its octets, or 0 when it is incomplete or broken.
+// Decodes one frame of `len` octets at hand. Its octets, or 0 when it is incomplete (*err 1) or
+// broken. A failed decode leaves the record as it was, the fragments collected before included.
 u32 dec_packet(PacketBuf *pdu, const u8 *data, u32 len, i32 *err);
 // Builds the reply of a decoded request. 1 if there is one.
 int packet_process(const PacketBuf *request, PacketBuf *reply, u8 slot, i32 err);
 // Writes the packet so that its octets end one octet before the end of `buf`. Returns its length,
-// 0 for an empty record or a packet that does not fit.
+// 0 for an empty record or a packet that does not fit `buf` or a field of the session layer.
 u32 encPacket(PacketBuf *reply, u8 *buf, u32 size);
+// Exchanges the confirmed-ResponsePDU of a reply that does not fit for the confirmed-ErrorPDU of
+// service error 73, object-access-denied. False when the reply carries none.
+bool replaceOversizedReply(PacketBuf *reply);
 // Clears and frees. `full` only for a record of undefined content.
 void initPdu(PacketBuf *pdu, bool full);
 int getPresentType(const Spdu8327 *session);
 
-// The MMS PDU of the first PDV of user data, or null.
+// The MMS PDU of the first PDV of fully encoded user data, or null. Null is allowed.
 MMSpdu *firstMmsPdu(const User_data *userData);
-// The ACSE PDU of the first PDV of user data, or null.
+// The ACSE PDU of the first PDV of fully encoded user data, or null. Null is allowed.
 ACSE_apdu *firstAcseApdu(const User_data *userData);
+// The MMS PDU of the first entry of ACSE user information, or null. Null is allowed.
+MMSpdu *firstUserInformation(const Association_information *information);
 
 } // namespace ied

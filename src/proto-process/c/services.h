@@ -4,19 +4,20 @@
 #pragma once
 
 #include "asn1/mmsTypes.h"
-#include "basicInterface/nodeTree.h"
+#include "basicInterface/simpleData.h"
 
 namespace ied {
 
 inline constexpr i8 serviceSuccess = -1;
 inline constexpr i8 serviceReject = -10;
-
-// DataAccessError numbers (ISO 9506-2).
-enum DataAccessError : i8 {
-    DaeNone = -1, DaeTemporarilyUnavailable = 2, DaeObjectAccessDenied = 3, DaeObjectUndefined = 4,
-    DaeInvalidAddress = 5, DaeTypeInconsistent = 7, DaeObjectAttributeInconsistent = 8,
-    DaeObjectNonExistent = 10, DaeObjectValueInvalid = 11,
-};
+inline constexpr i8 definitionOther = 20;
+inline constexpr i8 definitionUndefined = 21;
+inline constexpr i8 definitionInvalidAddress = 22;
+inline constexpr i8 definitionExists = 25;
+inline constexpr i8 accessUnsupported = 71;
+inline constexpr i8 accessNonExistent = 72;
+inline constexpr i8 accessDenied = 73;
+inline constexpr i8 fileNonExistent = 117;
 
 i8 confirmedServiceProc(const ConfirmedServiceRequest *serviceRequest,
                         ConfirmedServiceResponse *serviceResponse, u8 clientId);

@@ -1,0 +1,93 @@
+#include "DebugInfo/DebugInfo.h"
+#include "device/externGlbCfg.h"
+#include "device/watchdog.h"
+#include "platform/shared.h"
+#include "proto-process/c/client.h"
+
+#include <cstring>
+
+namespace ied {
+
+namespace {
+
+void feedIfEnabled() {
+    if (externGlbCfg.wdgEnable != 0) {
+        wdgFeed();
+    }
+}
+
+// The free slot of the lowest number, or clientNone.
+u8 freeSlot() {
+    for (u8 slot = 0; slot < externGlbCfg.maxClientNum; ++slot) {
+        if (loadPublished(clientStat[slot].status) == CS_IDLE) {
+            return slot;
+        }
+    }
+    return clientNone;
+}
+
+void waitForRoom() {
+    while (loadPublished(clientNum) >= externGlbCfg.maxClientNum) {
+        feedIfEnabled();
+        sleepSeconds(1);
+    }
+}
+
+// Hands the connection to the task of a free slot.
+void startClient(int fd, const ::sockaddr_storage &peer) {
+    const u8 slot = freeSlot();
+    if (slot == clientNone) {
+        socketOps.close(fd); // cannot be: clientNum was below maxClientNum
+        return;
+    }
+    ClientStat *client = &clientStat[slot];
+    storeShared(client->sockFd, fd);
+    std::memcpy(client->peerAddr, &peer, sizeof client->peerAddr);
+    storeShared(client->status, CS_TCP);
+    storeShared(client->sendFail, 0);
+    semGive(semClientStart[slot]);
+
+    semTake(semClientNum, WAIT_FOREVER);
+    const u8 count = static_cast<u8>(loadShared(clientNum) + 1);
+    publish(clientNum, count);
+    semGive(semClientNum);
+    char name[clientTaskNameSize];
+    clientTaskName(slot, name);
+    dbInfo(DbSOC, DbCRI, "taskMain", "%s, client num: %u!", name, count);
+    if (count >= externGlbCfg.maxClientNum) {
+        dbInfo(DbOTH, DbCRI, "taskMain", "Max client num reached!");
+    }
+}
+
+} // namespace
+
+void acceptRound(int listenFd, const ::timeval &timeout) {
+    waitForRoom();
+    ::fd_set readable;
+    FD_ZERO(&readable);
+    FD_SET(listenFd, &readable);
+    ::timeval remaining = timeout;
+    const int ready = socketOps.select(listenFd + 1, &readable, nullptr, nullptr, &remaining);
+    feedIfEnabled();
+    if (ready < 0) {
+        dbInfo(DbOTH, DbSYS, "taskMain", "Aceept Select Faield!");
+        return;
+    }
+    if (ready == 0) {
+        return;
+    }
+    if (!FD_ISSET(listenFd, &readable)) {
+        dbInfo(DbSOC, DbERR, "taskMain", "Aceept timeout!");
+        return;
+    }
+    ::sockaddr_storage peer{};
+    u32 length = sizeof clientStat->peerAddr;
+    const int fd = socketOps.accept(listenFd, reinterpret_cast<::sockaddr *>(&peer), &length);
+    if (fd < 0) {
+        dbInfo(DbSOC, DbSYS, "taskMain", "Aceept Error!");
+        return;
+    }
+    startClient(fd, peer);
+}
+
+} // namespace ied

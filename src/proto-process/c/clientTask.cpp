@@ -1,0 +1,157 @@
+#include "DebugInfo/DebugInfo.h"
+#include "basicInterface/memory.h"
+#include "device/externGlbCfg.h"
+#include "device/externalInterface.h"
+#include "device/watchdog.h"
+#include "platform/shared.h"
+#include "proto-process/c/client.h"
+#include "proto-process/c/services.h"
+
+#include <cstdio>
+
+namespace ied {
+
+namespace {
+
+constexpr int releaseDelay = 10; // ticks in which the last reply leaves
+
+// Why a connection ends.
+struct End {
+    DbLevel level;
+    const char *message; // null: it does not end
+};
+constexpr End goesOn{DbDBG, nullptr};
+
+bool isWatched() {
+    return externGlbCfg.wdgEnable != 0 && externGlbCfg.wdgClientEnable != 0;
+}
+
+void feedIfWatched() {
+    if (isWatched()) {
+        wdgFeed();
+    }
+}
+
+// Waits for octets of the client and answers what they complete.
+End receiveRound(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
+    const int fd = loadShared(clientStat[slot].sockFd);
+    ::fd_set readable;
+    FD_ZERO(&readable);
+    FD_SET(fd, &readable);
+    ::timeval timeout = splitTimeout(externGlbCfg.recvTimeout);
+    const int ready = socketOps.select(fd + 1, &readable, nullptr, nullptr, &timeout);
+    feedIfWatched();
+    if (ready < 0) {
+        return {DbSYS, "Receive select failed!"};
+    }
+    if (ready == 0 || !FD_ISSET(fd, &readable)) {
+        return goesOn;
+    }
+    const long received = socketOps.recv(fd, recvBuf, externGlbCfg.recvBufSize, 0);
+    if (received < 0) {
+        return {DbSYS, "Receive Error!"};
+    }
+    if (received == 0) {
+        return {DbCRI, "Receive 0 bytes!"};
+    }
+    ctlComLedFlash();
+    dbInfo(DbSOC, DbDBG, "clientProcess", "Receive a packet, len: %d", static_cast<int>(received));
+    packetReply(pdu, recvBuf, static_cast<u32>(received), resBuf, slot);
+    return goesOn;
+}
+
+// Whether the state of the client ends the connection.
+End checkClient(const ClientStat *client) {
+    if (loadShared(client->sendFail) >= externGlbCfg.maxSendFail) {
+        return {DbERR, "Send error!"};
+    }
+    const u8 status = loadShared(client->status);
+    return status == CS_RELEASED || status == CS_ABORTED ? End{DbCRI, "Client quit!"} : goesOn;
+}
+
+// Closes the socket when no other task is in the middle of a packet on it: the number of a closed
+// descriptor is soon another client's. The sender, if there is one, fails at once.
+void closeSocket(u8 slot) {
+    ClientStat *client = &clientStat[slot];
+    const int fd = loadShared(client->sockFd);
+    if (semTake(semSend[slot], NO_WAIT) != OK) {
+        socketOps.shutdown(fd, SHUT_RDWR);
+        semTake(semSend[slot], WAIT_FOREVER);
+    }
+    storeShared(client->sockFd, -1);
+    socketOps.close(fd);
+    semGive(semSend[slot]);
+}
+
+void waitForClient(u8 slot) {
+    const int second = static_cast<int>(sysClkRateGet());
+    bool started = false;
+    while (!started) {
+        started =
+            semTake(semClientStart[slot], second) == OK && loadShared(clientStat[slot].status) == CS_TCP;
+        feedIfWatched();
+    }
+}
+
+} // namespace
+
+void clientTaskName(u8 slot, char (&name)[clientTaskNameSize]) {
+    std::snprintf(name, sizeof name, "t61850Client%d", slot);
+}
+
+void clientBufferInit(PacketBuf *pdu, ResBuf *resBuf) {
+    resBuf->base = MallocArray<u8>(externGlbCfg.recvBufSize);
+    resBuf->count = 0;
+    resBuf->broken = 0;
+    resBuf->encBuf = MallocArray<u8>(externGlbCfg.sendBufSize);
+    initPdu(pdu, true);
+    pdu->cotp.reassemblyCapacity = externGlbCfg.recvBufSize;
+    pdu->cotp.reassemblyBuf = MallocArray<u8>(externGlbCfg.recvBufSize);
+}
+
+void serveConnection(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
+    resBuf->count = 0;
+    resBuf->broken = 0;
+    initPdu(pdu, false);
+    const int fd = loadShared(clientStat[slot].sockFd);
+    activeKeepAlive(fd);
+    setKeepAliveParams(fd, externGlbCfg.keepIdle, externGlbCfg.keepCnt, externGlbCfg.keepIntvl);
+    End end = goesOn;
+    while (end.message == nullptr) {
+        end = receiveRound(pdu, recvBuf, resBuf, slot);
+        if (end.message == nullptr) {
+            end = checkClient(&clientStat[slot]);
+        }
+    }
+    dbInfo(DbSOC, end.level, "clientProcess", "%s", end.message);
+    releaseClient(slot);
+}
+
+void releaseClient(u8 slot) {
+    releaseClientRCB(slot);
+    releaseClientSGCB(slot);
+    releaseClientSV(slot);
+    taskDelay(releaseDelay);
+    closeSocket(slot);
+    publish(clientStat[slot].status, CS_IDLE);
+    semTake(semClientNum, WAIT_FOREVER);
+    publish(clientNum, static_cast<u8>(loadShared(clientNum) - 1));
+    semGive(semClientNum);
+}
+
+void clientProcess(TaskArgument argument) {
+    const u8 slot = static_cast<u8>(argument);
+    PacketBuf pdu{};
+    ResBuf resBuf{};
+    clientBufferInit(&pdu, &resBuf);
+    u8 *recvBuf = MallocArray<u8>(externGlbCfg.recvBufSize);
+    if (isWatched()) {
+        wdgRegister(static_cast<i32>(externGlbCfg.wdgClientTimeout));
+    }
+    for (;;) {
+        waitForClient(slot);
+        serveConnection(&pdu, recvBuf, &resBuf, slot);
+    }
+}
+
+} // namespace ied

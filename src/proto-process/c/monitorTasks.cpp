@@ -1,0 +1,100 @@
+#include "DebugInfo/DebugInfo.h"
+#include "basicInterface/nodeTree.h"
+#include "device/addressBinding.h"
+#include "device/watchdog.h"
+#include "proto-process/c/client.h"
+#include "proto-process/c/controlModel.h"
+#include "proto-process/c/reportModel.h"
+
+namespace ied {
+
+SemId semMonitor;
+SemId semRefresh;
+
+namespace {
+
+constexpr int monitorPriority = 200;
+constexpr int reportPriority = 235;
+constexpr u32 monitorStack = 0x100000;
+constexpr u32 reportStack = 0x200000;
+
+constexpr i32 monitorWatchTimeout = 300;
+constexpr i32 reportWatchTimeout = 600;
+constexpr u32 feedPeriod = 6000; // milliseconds
+
+constexpr int roundTicks = 10; // longest pause of the monitor, pause of the report task
+
+TimeStamp monTime;   // of the current round of the monitor
+u32 monitorFeedTick; // of each task's last feed
+u32 reportFeedTick;
+
+void feedWhenDue(u32 *lastTick) {
+    if (isTimeOut(*lastTick, feedPeriod)) {
+        wdgFeed();
+        *lastTick = tickGet();
+    }
+}
+
+using MonitorFunction = bool (*)(RCB *rcb, const TimeStamp *time);
+
+void forEachRcb(MonitorFunction monitor) {
+    const u16 count = aRCBObj != nullptr ? gCBNum.rcbNum : u16{0};
+    for (u16 i = 0; i < count; ++i) {
+        monitor(&aRCBObj[i], &monTime);
+    }
+}
+
+} // namespace
+
+bool monitorStart() {
+    semMonitor = semBCreate(semQPriority, semEmpty);
+    if (semMonitor == nullptr) {
+        dbInfo(DbOTH, DbPAN, "monitorStart", "Create semMonitor failed!");
+        return false;
+    }
+    semRefresh = semBCreate(semQPriority, semFull);
+    if (semRefresh == nullptr) {
+        dbInfo(DbOTH, DbPAN, "monitorStart", "Create semRefresh failed!");
+        return false;
+    }
+    taskSpawn("t61850Monitor", monitorPriority, taskOptionFp, monitorStack, taskObjMon, 1, 2, 3, 4, 5, 6, 7,
+              8, 9, 10);
+    taskSpawn("t61850Report", reportPriority, taskOptionFp, reportStack, taskInfoRpt, 1, 2, 3, 4, 5, 6, 7, 8,
+              9, 10);
+    return true;
+}
+
+void monitorRound() {
+    feedWhenDue(&monitorFeedTick);
+    const bool refreshed = semTake(semMonitor, roundTicks) == OK;
+    getTimeStamp(&monTime);
+    if (refreshed) {
+        forEachRcb(monEventRpt);
+        semGive(semRefresh);
+    }
+    forEachRcb(monPeriodRpt);
+    monCtlObj();
+}
+
+void reportRound() {
+    feedWhenDue(&reportFeedTick);
+    sendRpt();
+    sendCtlResult();
+    taskDelay(roundTicks);
+}
+
+void taskObjMon(TaskArgument) {
+    wdgRegister(monitorWatchTimeout);
+    for (;;) {
+        monitorRound();
+    }
+}
+
+void taskInfoRpt(TaskArgument) {
+    wdgRegister(reportWatchTimeout);
+    for (;;) {
+        reportRound();
+    }
+}
+
+} // namespace ied

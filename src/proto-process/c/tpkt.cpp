@@ -1,0 +1,58 @@
+#include "proto-process/c/packet.h"
+
+namespace ied {
+
+namespace {
+
+constexpr u32 headerOctets = 4;
+constexpr u32 headersOctets = 7; // TPKT and COTP DT: the least frame with content
+
+constexpr i32 errIncomplete = 1;
+
+} // namespace
+
+u16 decShort(const u8 *p) {
+    return static_cast<u16>(p[0] << 8 | p[1]);
+}
+
+void encShort(u8 *p, u16 v) {
+    p[0] = static_cast<u8>(v >> 8);
+    p[1] = static_cast<u8>(v);
+}
+
+u32 dec_tpdu_tpkt(TpduTpkt *pdu, const u8 *data, u32 len, i32 *err) {
+    *err = 0;
+    const u16 length = len < headerOctets ? u16{0} : decShort(data + 2);
+    const bool sound = length == headerOctets || length >= headersOctets;
+    if (!sound || length > len) {
+        *err = errIncomplete;
+        return 0;
+    }
+    pdu->version = data[0];
+    pdu->reserved = data[1];
+    pdu->length = length;
+    return headerOctets;
+}
+
+int process_tpdu_tpkt(const TpduTpkt *request, TpduTpkt *reply) {
+    reply->version = request->version;
+    reply->reserved = request->reserved;
+    reply->length = headerOctets;
+    reply->headerSize = headerOctets;
+    return 1;
+}
+
+u32 enc_tpdu_tpkt(const TpduTpkt *pdu, u8 *buf, u32 end) {
+    u8 *out = buf + end - pdu->headerSize;
+    out[0] = 3;
+    out[1] = 0;
+    encShort(out + 2, pdu->length);
+    return pdu->headerSize;
+}
+
+int rpt_tpdu_tpkt(TpduTpkt *pdu) {
+    *pdu = {3, 0, headerOctets, headerOctets};
+    return 1;
+}
+
+} // namespace ied

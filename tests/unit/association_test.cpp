@@ -1,0 +1,313 @@
+#include "asn1/mmsCodec.h"
+#include "device/externGlbCfg.h"
+#include "tests/support/conversation.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace ied::test {
+namespace {
+
+TEST(Association, replies_to_the_octet_and_ends_with_the_release) {
+    Conversation client;
+    EXPECT_EQ(client.status(), CS_TCP);
+    EXPECT_EQ(client.send(crFrame), ccFrame);
+    EXPECT_EQ(client.status(), CS_COTP);
+    EXPECT_EQ(client.send(connectFrame(initiateRequest)), plain(connectReply));
+    EXPECT_EQ(client.status(), CS_ASSOCIATED);
+    EXPECT_FALSE(isClientValid(client.slot));
+    EXPECT_EQ(client.send(request(7, identify)), identifyReply(7));
+    EXPECT_EQ(client.status(), CS_DATA);
+    EXPECT_TRUE(isClientValid(client.slot));
+    EXPECT_EQ(client.send(dataFrame("8B00")), dataFrame("8C00"));
+    EXPECT_EQ(client.status(), CS_CONCLUDED);
+    EXPECT_EQ(client.send(request(8, identify)), identifyReply(8));
+    EXPECT_EQ(client.send(releaseFrame()), releaseReply);
+    EXPECT_EQ(client.status(), CS_RELEASED);
+}
+
+TEST(Association, no_client_but_one_in_the_data_state_that_reads_is_valid) {
+    Conversation client;
+    client.reachData();
+    clientStat[client.slot].sendFail = externGlbCfg.maxSendFail;
+    EXPECT_FALSE(isClientValid(client.slot));
+    EXPECT_FALSE(isClientValid(externGlbCfg.maxClientNum));
+    EXPECT_FALSE(isClientValid(clientNone));
+}
+
+// ------------------------------------------------------------------- what comes at the wrong time
+
+enum class Reached {
+    tcp,
+    cotp,
+    associated,
+    data,
+    concluded
+};
+
+void reach(Conversation *client, Reached state) {
+    if (state == Reached::cotp) {
+        client->send(crFrame);
+    } else if (state == Reached::associated) {
+        client->associate();
+    } else if (state >= Reached::data) {
+        client->reachData();
+    }
+    if (state == Reached::concluded) {
+        client->send(dataFrame("8B00"));
+    }
+}
+
+std::string stateName(const testing::TestParamInfo<Reached> &info) {
+    const char *const names[] = {"tcp", "cotp", "associated", "data", "concluded"};
+    return names[static_cast<int>(info.param)];
+}
+
+class Order : public testing::TestWithParam<Reached> {};
+
+TEST_P(Order, admits_what_the_state_allows_and_drops_the_rest_in_silence) {
+    struct Sent {
+        const char *what;
+        std::string octets;
+        std::string reply;      // where it is admitted
+        bool beforeAssociation; // admitted only in state 4 (AARQ), else from state 5
+    };
+    const Sent table[] = {
+        {"connect", connectFrame(initiateRequest), plain(connectReply), true},
+        {"request", request(3, identify), identifyReply(3), false},
+        {"conclude", dataFrame("8B00"), dataFrame("8C00"), false},
+        {"release", releaseFrame(), releaseReply, false},
+        {"abort", plain(abortFrame), abortReply, false},
+    };
+    Conversation client;
+    for (const Sent &sent : table) {
+        client.restart();
+        reach(&client, GetParam());
+        const u8 before = client.status();
+        const bool admitted = sent.beforeAssociation ? before == CS_COTP : before >= CS_ASSOCIATED;
+        EXPECT_EQ(client.send(sent.octets), admitted ? sent.reply : "") << sent.what;
+        if (!admitted) {
+            EXPECT_EQ(client.status(), before) << sent.what;
+        }
+        EXPECT_EQ(client.held(), 0U) << sent.what;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(States, Order,
+                         testing::Values(Reached::tcp, Reached::cotp, Reached::associated, Reached::data,
+                                         Reached::concluded),
+                         stateName);
+
+TEST(Order, a_new_cr_on_a_live_association_starts_over) {
+    Conversation client;
+    client.reachData();
+    EXPECT_EQ(client.send(crFrame), ccFrame);
+    EXPECT_EQ(client.send(request(1, identify)), "");
+    EXPECT_EQ(client.send(connectFrame(initiateRequest)), plain(connectReply));
+    EXPECT_EQ(client.send(request(2, identify)), identifyReply(2));
+}
+
+TEST(Order, a_request_may_stand_behind_the_release_in_one_segment) {
+    Conversation client;
+    client.reachData();
+    EXPECT_EQ(client.send(request(4, identify) + releaseFrame()), identifyReply(4) + releaseReply);
+    EXPECT_EQ(client.status(), CS_RELEASED);
+}
+
+TEST(Order, a_release_where_the_associate_belongs_is_answered_and_makes_no_association) {
+    Conversation client;
+    client.send(crFrame);
+    const std::string reply = client.send(frame(connectSpdu(cpType("6203 800100"))));
+    EXPECT_EQ(reply.substr(14, 2), "0E");
+    EXPECT_NE(reply.find("020101A0056303800101"), std::string::npos) << reply;
+    EXPECT_EQ(client.status(), CS_NONE);
+    EXPECT_EQ(client.send(request(1, identify)), "");
+    client.associate();
+}
+
+struct IgnoredCase {
+    const char *what;
+    std::string octets;
+};
+
+class Ignored : public testing::TestWithParam<IgnoredCase> {};
+
+TEST_P(Ignored, gets_silence_and_the_next_request_is_served) {
+    Conversation client;
+    client.reachData();
+    EXPECT_EQ(client.send(GetParam().octets), "");
+    EXPECT_EQ(client.status(), CS_DATA);
+    EXPECT_EQ(client.send(request(9, identify)), identifyReply(9));
+    EXPECT_EQ(client.held(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Frames, Ignored,
+    testing::Values(IgnoredCase{"lone_tpkt_header", "03000004"}, IgnoredCase{"empty_dt", frame("")},
+                    IgnoredCase{"lone_give_tokens", frame("0100")},
+                    IgnoredCase{"session_data_without_data", frame("01000100")},
+                    IgnoredCase{"finish_without_user_data", frame("0900")},
+                    IgnoredCase{"tpkt_of_length_zero", "03000000 02F080"},
+                    IgnoredCase{"disconnect_request", "0300000B 0680 0000 0001 00"},
+                    IgnoredCase{"abort_apdu", frame("0910 C10E 610C 300A 020101 A005 6403 800100")},
+                    IgnoredCase{"empty_acse_value", frame("090B C109 6107 3005 020101 A000")},
+                    IgnoredCase{"reject_pdu", dataFrame("A403 810100")},
+                    IgnoredCase{"unknown_pdu", dataFrame("AF00")},
+                    IgnoredCase{"acse_in_data", dataFrame("6203 800100")},
+                    IgnoredCase{"empty_user_data", frame("01000100 6100")},
+                    IgnoredCase{"simply_encoded_data", frame("01000100 4000")},
+                    IgnoredCase{"octet_aligned_value", frame("01000100 6108 3006 020103 810100")},
+                    IgnoredCase{"cut_mms_pdu", dataFrame("A005 020101")}),
+    [](const auto &one) { return std::string(one.param.what); });
+
+// ------------------------------------------------------------------------------- the negotiation
+
+struct Proposal {
+    const char *what;
+    std::string request;
+    std::string response;
+};
+
+std::string initiateWith(std::string_view detail, std::string_view outstanding, std::string_view nesting,
+                         std::string_view cbb) {
+    const std::string details = tlv("A4", "800101" + std::string(cbb) + "820C03EE1C00000408000079EF18");
+    return tlv("A8", std::string(detail) + std::string(outstanding) + std::string(nesting) + details);
+}
+
+std::string acceptedWith(std::string_view detail, std::string_view outstanding, std::string_view nesting,
+                         std::string_view cbb) {
+    const std::string details = tlv("A4", "800101" + std::string(cbb) + "820C03EE0C00000400000048E518");
+    return tlv("A9", std::string(detail) + std::string(outstanding) + std::string(nesting) + details);
+}
+
+const char *const usual = "810105 820105";
+const char *const fullCbb = "810305F100";
+
+class Negotiation : public testing::TestWithParam<Proposal> {};
+
+TEST_P(Negotiation, answer) {
+    Conversation client;
+    client.send(crFrame);
+    // Response and request have the same layers around them: it is enough to find the PDU.
+    const std::string reply = client.send(connectFrame(GetParam().request));
+    EXPECT_NE(reply.find(plain(GetParam().response)), std::string::npos) << reply;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Fields, Negotiation,
+    testing::Values(Proposal{"large_pdu", initiateWith("8003030D40", usual, "", fullCbb),
+                             acceptedWith("80030186A0", "810101 820105", "", fullCbb)},
+                    Proposal{"small_pdu", initiateWith("800203E8", usual, "", fullCbb),
+                             acceptedWith("800203E8", "810101 820105", "", fullCbb)},
+                    Proposal{"no_pdu_size", initiateWith("", usual, "", fullCbb),
+                             acceptedWith("800100", "810101 820105", "", fullCbb)},
+                    Proposal{"nothing_outstanding", initiateWith("", "810100 820100", "", fullCbb),
+                             acceptedWith("800100", "810100 820100", "", fullCbb)},
+                    Proposal{"much_outstanding", initiateWith("", "8101 7F 82 0200C8", "", fullCbb),
+                             acceptedWith("800100", "810101 820105", "", fullCbb)},
+                    Proposal{"shallow_nesting", initiateWith("", usual, "830103", fullCbb),
+                             acceptedWith("800100", "810101 820105", "830103", fullCbb)},
+                    Proposal{"deep_nesting", initiateWith("", usual, "83017F", fullCbb),
+                             acceptedWith("800100", "810101 820105", "830105", fullCbb)},
+                    Proposal{"all_parameters", initiateWith("", usual, "", "810305FFE0"),
+                             acceptedWith("800100", "810101 820105", "", fullCbb)},
+                    Proposal{"no_parameters", initiateWith("", usual, "", "8103050000"),
+                             acceptedWith("800100", "810101 820105", "", "8103050000")},
+                    Proposal{"parameters_of_one_octet", initiateWith("", usual, "", "810200FF"),
+                             acceptedWith("800100", "810101 820105", "", fullCbb)},
+                    Proposal{"parameters_of_no_octet", initiateWith("", usual, "", "810100"),
+                             acceptedWith("800100", "810101 820105", "", "8103050000")}),
+    [](const auto &one) { return std::string(one.param.what); });
+
+TEST(NegotiationRecord, holds_the_size_and_exactly_the_configured_services) {
+    Conversation client;
+    const u8 list[] = {0, 2, 90, 84, 85, 0xFF, 4};
+    std::memcpy(externGlbCfg.mmsServiceParam, list, sizeof list);
+    client.send(crFrame);
+    EXPECT_NE(client.send(connectFrame(initiateRequest)), "");
+    const ClientStat &stat = clientStat[client.slot];
+    EXPECT_EQ(stat.pduSize, 65000U);
+    for (u32 n = 0; n < sizeof stat.supportServ; ++n) {
+        EXPECT_EQ(stat.supportServ[n], n == 0 || n == 2 || n == 84 || n == 85) << n;
+    }
+    EXPECT_EQ(client.send(request(1, identify)), identifyReply(1));
+    EXPECT_EQ(client.send(dataFrame("A009 020103 9F2503616263")), dataFrame("A406 800103 810100"));
+}
+
+TEST(NegotiationRecord, an_empty_list_rejects_every_service_but_not_conclude) {
+    Conversation client;
+    externGlbCfg.mmsServiceParam[0] = 0xFF;
+    client.send(crFrame);
+    const std::string reply = client.send(connectFrame(initiateRequest));
+    EXPECT_NE(reply.find("820C03" + std::string(22, '0')), std::string::npos) << reply;
+    EXPECT_EQ(client.send(request(5, identify)), dataFrame("A406 800105 810100"));
+    EXPECT_EQ(client.send(dataFrame("8B00")), dataFrame("8C00"));
+}
+
+// ------------------------------------------------------------------------- dispatch of MMS PDUs
+
+struct DispatchCase {
+    const char *what;
+    const char *pdu;
+    const char *answer;
+};
+
+class Dispatch : public testing::TestWithParam<DispatchCase> {};
+
+TEST_P(Dispatch, answer) {
+    Conversation client;
+    client.reachData();
+    EXPECT_EQ(client.send(dataFrame(GetParam().pdu)), dataFrame(GetParam().answer));
+    EXPECT_EQ(client.send(request(2, identify)), identifyReply(2));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pdus, Dispatch,
+    testing::Values(DispatchCase{"unserved_request_with_large_invoke_id", "A00A 020412345678 AA02 8000",
+                                 "A409 800412345678 810100"},
+                    DispatchCase{"confirmed_response", "A107 020101 A502 8100", "A403 820100"},
+                    DispatchCase{"confirmed_error", "A20A 800101 A205 A003 870103", "A403 830100"},
+                    DispatchCase{"information_report", "A30B A009 A105 8003 616263 A000", "A403 840100"},
+                    DispatchCase{"cancel_request", "850103", "A20A 800103 A205 A003 8A0102"},
+                    DispatchCase{"cancel_response", "860103", "A403 870100"},
+                    DispatchCase{"cancel_error", "A70A 800101 A105 A003 8A0102", "A403 880100"},
+                    DispatchCase{"initiate_error", "AA05 A003 880100", "A403 850101"},
+                    DispatchCase{"conclude_request", "8B00", "8C00"},
+                    DispatchCase{"conclude_response", "8C00", "A403 8A0100"},
+                    DispatchCase{"conclude_error", "AD05 A003 890100", "A403 8B0100"}),
+    [](const auto &one) { return std::string(one.param.what); });
+
+TEST(DispatchState, cancel_before_the_first_request_is_rejected) {
+    Conversation client;
+    client.associate();
+    EXPECT_EQ(client.send(dataFrame("850103")), dataFrame("A403 860100"));
+}
+
+TEST(DispatchState, a_cancel_in_place_of_the_initiate_is_answered_inside_the_associate_reply) {
+    Conversation client;
+    client.send(crFrame);
+    const std::string reply = client.send(connectFrame("850103"));
+    EXPECT_NE(reply.find("280A020103A005A403860100"), std::string::npos) << reply;
+    EXPECT_EQ(client.status(), CS_ASSOCIATED);
+}
+
+TEST(ServiceErrors, class_and_code_of_an_internal_result) {
+    struct Row {
+        i8 value;
+        u32 errorClass;
+        AsnInt code;
+    };
+    const Row rows[] = {{0, 12, 0}, {9, 12, 9},   {22, 2, 2},   {31, 12, 1},  {73, 7, 3},   {80, 8, 0},
+                        {91, 9, 1}, {102, 10, 2}, {117, 11, 7}, {119, 11, 9}, {120, 12, 0}, {127, 12, 7}};
+    for (const Row &row : rows) {
+        MMSpdu pdu{};
+        buildConfirmedError(&pdu, 1, row.value);
+        const ServiceErrorChoice *error = pdu.confirmed_ErrorPDU->serviceError->errorClass;
+        EXPECT_EQ(error->choiceId, row.errorClass) << int{row.value};
+        EXPECT_EQ(error->code, row.code) << int{row.value};
+        FreeMMSpdu(&pdu);
+    }
+}
+
+} // namespace
+} // namespace ied::test

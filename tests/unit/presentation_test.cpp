@@ -1,0 +1,117 @@
+#include "tests/support/conversation.h"
+
+#include <gtest/gtest.h>
+
+namespace ied::test {
+namespace {
+
+struct DecodeCase {
+    const char *what;
+    std::string octets;
+    int type;
+    i32 err; // 0: decodes whole
+};
+
+class Ppdu : public testing::TestWithParam<DecodeCase> {};
+
+TEST_P(Ppdu, decode) {
+    const std::vector<u8> data = octets(GetParam().octets);
+    Ppdu8823 ppdu{};
+    i32 err = 99;
+    const u32 n = decPpdu8823(&ppdu, data.data(), static_cast<u32>(data.size()), GetParam().type, &err);
+    EXPECT_EQ(err, GetParam().err);
+    EXPECT_EQ(n, GetParam().err == 0 ? data.size() : 0U);
+    initPpdu8823(&ppdu, false);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Refusals, Ppdu,
+    testing::Values(
+        DecodeCase{"release_with_reason", "610C 300A 020101 A005 6203 800100", PresentFinish, 0},
+        DecodeCase{"release_without_reason", "6109 3007 020101 A002 6200", PresentFinish, 0},
+        DecodeCase{"data", "6109 3007 020103 A002 8B00", PresentData, 0},
+        DecodeCase{"data_longer_than_its_length", "6109 3007 020103 A002 8B00 00", PresentData, -801},
+        DecodeCase{"data_shorter_than_its_length", "610A 3007 020103 A002 8B00", PresentData, -801},
+        DecodeCase{"data_of_indefinite_length", "6180 3007 020103 A002 8B00 0000", PresentData, -801},
+        DecodeCase{"data_where_none_is_due", "6109 3007 020103 A002 8B00", PresentNone, 100},
+        DecodeCase{"data_in_a_connect", "6109 3007 020103 A002 8B00", PresentConnect, 100},
+        DecodeCase{"connect_in_data", "3107 A003800101 A200", PresentData, -802},
+        DecodeCase{"connect_without_parameters", "3105 A003800101", PresentConnect, 0},
+        DecodeCase{"typed_data", "6209 3007 020103 A002 8B00", PresentData, -802},
+        DecodeCase{"nothing", "", PresentData, -74}),
+    [](const auto &one) { return std::string(one.param.what); });
+
+TEST(PpduCut, every_cut_of_a_connect_is_refused_and_freed) {
+    const std::vector<u8> whole = octets(cpType(aarq(initiateRequest)));
+    const std::size_t modeAlone = 8; // a CP-type of that size has all that is mandatory
+    for (std::size_t size = 0; size < whole.size(); size += size + 1 == modeAlone ? 2 : 1) {
+        std::vector<u8> cut(whole.begin(), whole.begin() + static_cast<long>(size));
+        if (size > 3) {
+            cut[1] = 0x81; // the outer length fits, so that the cut is met inside
+            cut[2] = static_cast<u8>(size - 3);
+        }
+        Ppdu8823 ppdu{};
+        i32 err = 0;
+        EXPECT_EQ(decPpdu8823(&ppdu, cut.data(), static_cast<u32>(size), PresentConnect, &err), 0U) << size;
+        EXPECT_LT(err, 0) << size;
+        initPpdu8823(&ppdu, false);
+    }
+}
+
+// ------------------------------------------------------------ what a connect gets by its content
+
+struct ConnectCase {
+    const char *what;
+    std::string cpType;
+    bool accepted;
+};
+
+std::string withContexts(const std::string &contexts) {
+    const std::string data = tlv("61", tlv("30", "020101" + tlv("A0", aarq(initiateRequest))));
+    return tlv("31", "A003800101" + tlv("A2", contexts + data));
+}
+
+const std::string context = "300F 020101 0604 52010001 3004 0602 5101";
+
+class Connect : public testing::TestWithParam<ConnectCase> {};
+
+TEST_P(Connect, answer) {
+    Conversation client;
+    client.send(crFrame);
+    const std::string reply = client.send(frame(connectSpdu(GetParam().cpType)));
+    EXPECT_EQ(reply, GetParam().accepted ? plain(connectReply) : "");
+    EXPECT_EQ(client.status(), GetParam().accepted ? CS_ASSOCIATED : CS_COTP);
+    client.restart();
+    client.associate(); // whatever came before
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Contents, Connect,
+    testing::Values(
+        ConnectCase{"one_context", withContexts(tlv("A4", context)), true},
+        ConnectCase{"three_contexts", withContexts(tlv("A4", context + context + context)), true},
+        ConnectCase{"no_contexts", withContexts(""), true},
+        ConnectCase{"members_of_the_set_exchanged",
+                    tlv("31", tlv("A2", tlv("61", tlv("30", "020101" + tlv("A0", aarq(initiateRequest))))) +
+                                  "A003800101"),
+                    true},
+        ConnectCase{"password", cpType(aarq(initiateRequest, "8A020780 8B03520301 AC088006736563726574")),
+                    true},
+        ConnectCase{"authentication_bitstring", cpType(aarq(initiateRequest, "AC04 810205A0")), true},
+        ConnectCase{"authentication_other", cpType(aarq(initiateRequest, "AC0B A309 0603530405 0402 0102")),
+                    true},
+        ConnectCase{"titles",
+                    cpType(aarq(initiateRequest, "A206 0604 29018767 A303 02010C A603 0601 29 A703 02010C")),
+                    true},
+        ConnectCase{"no_user_data", tlv("31", "A003800101" + tlv("A2", tlv("A4", context))), false},
+        ConnectCase{"user_data_without_entry", tlv("31", "A003800101 A202 6100"), false},
+        ConnectCase{"simply_encoded_user_data", tlv("31", "A003800101 A203 400100"), false},
+        ConnectCase{"no_user_information", cpType("6009 A107 0605 28CA220203"), false},
+        ConnectCase{"user_information_without_entry", cpType("600B A107 0605 28CA220203 BE00"), false},
+        ConnectCase{"octet_aligned_value",
+                    tlv("31", "A003800101" + tlv("A2", tlv("61", tlv("30", "020101 810100")))), false},
+        ConnectCase{"mms_instead_of_acse", cpType(initiateRequest), false}),
+    [](const auto &one) { return std::string(one.param.what); });
+
+} // namespace
+} // namespace ied::test
