@@ -1,0 +1,125 @@
+#include "ied-device/measuring.h"
+#include "ied-device/parameters.h"
+#include "ied-device/regionWriter.h"
+#include "ied-device/state.h"
+
+#include <algorithm>
+
+namespace ied::instrument {
+
+namespace {
+
+// What the instrument would have seen between two moments.
+MonthExtremes pastExtremes(const Instrument &instrument, const Method &method, u32 from, u32 to) {
+    constexpr u32 pictures = 200;
+    constexpr u32 demands = 10;
+    constexpr u32 demandPictures = 15;
+    MonthExtremes month{};
+    for (u32 i = 0; i < pictures; i++) {
+        const u32 at = from + static_cast<u32>(u64{to - from} * i / pictures);
+        addToExtremes(&month, measureAt(instrument, method, at).value, {at, 0, 10});
+    }
+    for (u32 i = 0; i < demands; i++) {
+        const u32 at = from + static_cast<u32>(u64{to - from} * i / demands);
+        DemandPeriod window;
+        f64 means[QuantityCount];
+        for (u32 k = 0; k < demandPictures; k++) {
+            addSample(&window, demandSample(measureAt(instrument, method, at + k * minute)));
+        }
+        for (int q = 0; q < QuantityCount; q++) {
+            means[q] = periodMean(window, q);
+        }
+        addToDemands(&month, means, {at + demandPictures * minute, 0, 10});
+    }
+    return month;
+}
+
+// The periods before the start, each from sixty pictures that stand for its seconds.
+void fillDemand(Instrument *instrument, const Method &method) {
+    const DemandSettings settings = demandSettings(instrument->shared.region);
+    const u32 each = settings.length / minute;
+    for (u32 i = settings.periods; i > 0; i--) {
+        const f64 begin = instrument->seconds - static_cast<f64>(i) * settings.length;
+        DemandPeriod &period = instrument->demand.running;
+        for (u32 k = 0; k < minute; k++) {
+            addSample(&period, demandSample(measureAt(*instrument, method, begin + k * each)));
+        }
+        period.count *= each;
+        std::for_each(period.sum.begin(), period.sum.end(), [each](f64 &sum) { sum *= each; });
+        if (i > 1) {
+            finishPeriod(&instrument->demand, settings.periods);
+        }
+    }
+    finishDemand(instrument, settings.periods);
+}
+
+void fillFlicker(Instrument *instrument, const Method &method) {
+    for (u32 i = shortTerms; i > 0; i--) {
+        addFlicker(instrument, instrument->seconds - static_cast<f64>(i) * shortTermLength, method.delta);
+        finishShortTerm(instrument);
+    }
+}
+
+void fillFresh(Instrument *instrument) {
+    constexpr u32 firstCount = 2000;
+    const Region region = instrument->shared.region;
+    fillParameters(region);
+    for (u32 i = 0; i < region::dspFlag.count; i++) {
+        store(region, region::dspFlag, firstCount + i, i);
+    }
+    store(region, region::statThisMonth, firstCount);
+    store(region, region::statLastMonth, firstCount);
+    store(region, region::checkTime, instrumentTime());
+    store(region, region::ioTime, instrumentTime());
+    for (u32 input = 6; input < 8; input++) {
+        store(region, region::pulseCount, 5000 * input, input);
+    }
+}
+
+void takeOver(Instrument *instrument) {
+    const Region region = instrument->shared.region;
+    instrument->energies = readEnergies(region);
+    instrument->thisMonth = readExtremes(region, false);
+    instrument->lastMonth = readExtremes(region, true);
+    if (monthOf(instrument->thisMonth.highest[QHz].time.sec) != instrument->month) {
+        instrument->lastMonth = instrument->thisMonth; // the month has turned meanwhile
+        instrument->thisMonth = {};
+    }
+}
+
+} // namespace
+
+void startInstrument(Instrument *instrument) {
+    const Region region = instrument->shared.region;
+    const bool isFresh = load(region, region::ready) != region::readyValue;
+    const TimeStamp now = instrumentTime();
+    instrument->seconds = now.sec;
+    instrument->month = monthOf(now.sec);
+    isFresh ? fillFresh(instrument) : takeOver(instrument);
+    const Method method = methodOf(region);
+    instrument->grid =
+        usualGrid(method.ratedVolts * 1.005, method.ratedHertz,
+                  0.55 * loadParameter(region, region::liveArea, findParameter("SET.sys.TAPri")));
+    if (isFresh) {
+        const u32 start = monthStart(instrument->month);
+        instrument->lastMonth = pastExtremes(*instrument, method, monthStart(instrument->month - 1), start);
+        instrument->thisMonth = pastExtremes(*instrument, method, start, std::max(now.sec, start + 1));
+    }
+    const Quantities quantities = measureAt(*instrument, method, instrument->seconds);
+    updateRealTime(instrument, quantities);
+    fillFlicker(instrument, method);
+    fillDemand(instrument, method);
+    predictDemand(instrument);
+    constexpr f64 hour = 3600;
+    integrate(&instrument->energies, quantities, isFresh ? 2000 * hour : 0); // registers of a used instrument
+    writeEnergies(instrument);
+    addToMonth(instrument);
+    writeThisMonth(instrument);
+    writeLastMonth(instrument);
+    raise(region, region::dspFlag, region::DspPulse);
+    readState(region, &instrument->state);
+    instrument->stateBefore = instrument->state;
+    publish(*regionPlace(region.base, region::ready), region::readyValue);
+}
+
+} // namespace ied::instrument

@@ -1,0 +1,1 @@
+"""The description of the instrument's information model, and what turns it into an SCL file."""
