@@ -1,5 +1,6 @@
 #include "device/watchdog.h"
 
+#include "device/externGlbCfg.h"
 #include "platform/platform.h"
 #include "platform/shared.h"
 
@@ -84,6 +85,22 @@ int wdgTimeOutChange(i32 timeout) {
 
 int wdgFeed() {
     return sendOfTask(WdgFeed);
+}
+
+bool wdgWatchesClients() {
+    return externGlbCfg.wdgEnable != 0 && externGlbCfg.wdgClientEnable != 0;
+}
+
+void wdgFeedIfEnabled() {
+    if (externGlbCfg.wdgEnable != 0) {
+        wdgFeed();
+    }
+}
+
+void wdgFeedClient() {
+    if (wdgWatchesClients()) {
+        wdgFeed();
+    }
 }
 
 int wdgCancle() {

@@ -37,6 +37,12 @@ int wdgRegister(i32 timeout);
 int wdgTimeOutChange(i32 timeout);
 // Feeds for the calling task. -1 before any task of the process has opened the queue.
 int wdgFeed();
+// Whether client tasks are watched at all: wdgEnable and wdgClientEnable.
+bool wdgWatchesClients();
+// wdgFeed, where wdgEnable is set.
+void wdgFeedIfEnabled();
+// wdgFeed, where client tasks are watched.
+void wdgFeedClient();
 // Takes the calling task off the watchdog's list. -1 as wdgFeed.
 int wdgCancle();
 // The whole device: stop watching, watch again, restart.

@@ -9,11 +9,12 @@ namespace ied {
 
 namespace {
 
-constexpr int keptFailures = 3;
+constexpr int keptFailures = 6;
+constexpr std::size_t longestFailure = 512; // with its NUL
 
 // Texts of the latest failures of a task, the oldest first.
 struct Failures {
-    char text[keptFailures][512];
+    char text[keptFailures][longestFailure];
     int count;
 };
 thread_local Failures failures;
@@ -39,7 +40,7 @@ void noteFailure(const char *text) {
 }
 
 void edrErrorInject(int kind, const char *sourcePath, int line, int /*a*/, int /*b*/, const char *text) {
-    char record[2048];
+    char record[(keptFailures + 2) * longestFailure];
     std::size_t used = 0;
     const auto add = [&](const char *before, const char *part) {
         const int length = std::snprintf(record + used, sizeof record - used, "%s%s", before, part);

@@ -221,7 +221,7 @@ void sweepSharedObjects();
 void removeSharedObjects();
 
 // Keeps the text of a failure, so that the error record that may follow can carry it. Kept per
-// task: the latest three, cut at 511 octets each. Null or empty forgets them.
+// task: the latest six, cut at 511 octets each. Null or empty forgets them.
 void noteFailure(const char *text);
 
 // True in the initial task, the one that the process began with.

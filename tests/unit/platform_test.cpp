@@ -374,9 +374,9 @@ TEST(Sockets, ASendToAPeerThatLeftIsAnErrorAndNoSignal) {
 
 // ---------------------------------------------------------------------------------- error record
 
-TEST(ErrorRecord, IsOneLineWithTheLatestThreeFailuresOfItsTask) {
+TEST(ErrorRecord, IsOneLineWithTheLatestSixFailuresOfItsTask) {
     noteFailure(nullptr);
-    for (const char *text : {"first", "second", "third\r\n", "fourth"}) {
+    for (const char *text : {"a", "b", "c\r\n", "d", "e", "f", "g"}) {
         noteFailure(text);
     }
     elsewhere([](TaskArgument) {
@@ -386,7 +386,7 @@ TEST(ErrorRecord, IsOneLineWithTheLatestThreeFailuresOfItsTask) {
     testing::internal::CaptureStderr();
     edrErrorInject(513, "src/proto-process/c/taskMain", 245, 0, 0, "IEC61850 error!");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "error record 513, src/proto-process/c/taskMain:245: "
-                                                      "IEC61850 error! Cause: second; third  ; fourth\n");
+                                                      "IEC61850 error! Cause: b; c  ; d; e; f; g\n");
     noteFailure(nullptr);
     testing::internal::CaptureStderr();
     edrErrorInject(513, "p", 1, 0, 0, "e");

@@ -3,6 +3,7 @@
 #include "proto-process/c/client.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -155,8 +156,7 @@ int stepNonBlocking(int fd, bool on) {
     return failsNow() ? -1 : host.setNonBlocking(fd, on);
 }
 
-void listenWithFailure(int failing) {
-    externGlbCfgInit();
+void listenAndFail(int failing) {
     externGlbCfg.tcpPort = 0;
     host = socketOps;
     socketOps.socket = stepSocket;
@@ -168,8 +168,32 @@ void listenWithFailure(int failing) {
     step = 0;
     failingStep = failing;
     int fd;
-    socketInit(&fd);
-    std::exit(9);
+    std::exit(socketInit(&fd) ? 9 : 8);
+}
+
+void listenWithFailure(int failing) {
+    externGlbCfgInit();
+    listenAndFail(failing);
+}
+
+void takeLine(const char *) {}
+
+// As above, while a hook takes the lines that would end the process.
+void listenBesideHook(int failing) {
+    externGlbCfgInit();
+    externGlbCfg.dbDest = 1;
+    externGlbCfg.dbHook = takeLine;
+    atProcessEnd([] { std::fputs("flushed", stderr); });
+    listenAndFail(failing);
+}
+
+TEST(Listening, that_fails_beside_a_hook_is_a_failure_and_keep_alive_an_orderly_end) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    constexpr int socketStep = 1, keepAliveStep = 5, bindStep = 7, nonBlockingStep = 9;
+    for (const int failing : {socketStep, bindStep, nonBlockingStep}) {
+        EXPECT_EXIT(listenBesideHook(failing), testing::ExitedWithCode(8), "");
+    }
+    EXPECT_EXIT(listenBesideHook(keepAliveStep), testing::ExitedWithCode(1), "flushed");
 }
 
 TEST(Listening, each_step_that_fails_ends_the_process_with_its_message_and_the_reason) {
@@ -216,7 +240,7 @@ TEST(Listening, on_a_port_that_is_taken_ends_the_process_and_names_the_port) {
             socketInit(&second);
         },
         testing::ExitedWithCode(0),
-        "cannot listen on port " + std::to_string(port) + ": Address already in use");
+        "cannot listen on port " + std::to_string(port) + " of 127.0.0.1: Address already in use");
     ::close(fd);
 }
 

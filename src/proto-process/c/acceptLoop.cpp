@@ -10,12 +10,6 @@ namespace ied {
 
 namespace {
 
-void feedIfEnabled() {
-    if (externGlbCfg.wdgEnable != 0) {
-        wdgFeed();
-    }
-}
-
 // The free slot of the lowest number, or clientNone.
 u8 freeSlot() {
     for (u8 slot = 0; slot < externGlbCfg.maxClientNum; ++slot) {
@@ -28,7 +22,7 @@ u8 freeSlot() {
 
 void waitForRoom() {
     while (loadPublished(clientNum) >= externGlbCfg.maxClientNum) {
-        feedIfEnabled();
+        wdgFeedIfEnabled();
         sleepSeconds(1);
     }
 }
@@ -68,7 +62,7 @@ void acceptRound(int listenFd, const ::timeval &timeout) {
     FD_SET(listenFd, &readable);
     ::timeval remaining = timeout;
     const int ready = socketOps.select(listenFd + 1, &readable, nullptr, nullptr, &remaining);
-    feedIfEnabled();
+    wdgFeedIfEnabled();
     if (ready < 0) {
         dbInfo(DbOTH, DbSYS, "taskMain", "Aceept Select Faield!");
         return;

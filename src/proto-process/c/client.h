@@ -8,7 +8,14 @@
 namespace ied {
 
 enum ClientState : u8 {
-    CS_NONE = 0, CS_IDLE = 2, CS_TCP, CS_COTP, CS_ASSOCIATED, CS_DATA, CS_CONCLUDED, CS_RELEASED,
+    CS_NONE = 0,
+    CS_IDLE = 2,
+    CS_TCP,
+    CS_COTP,
+    CS_ASSOCIATED,
+    CS_DATA,
+    CS_CONCLUDED,
+    CS_RELEASED,
     CS_ABORTED,
 };
 
@@ -36,8 +43,8 @@ extern ClientStat *clientStat; // maxClientNum records
 extern ClientFile *clientFile; // maxClientNum records
 extern u8 clientNum;           // occupied slots; written under semClientNum
 extern SemId semClientNum;
-extern SemId *semSend;         // maxClientNum mutexes, one packet on a socket
-extern SemId *semClientStart;  // maxClientNum binary semaphores that wake a client task
+extern SemId *semSend;        // maxClientNum mutexes, one packet on a socket
+extern SemId *semClientStart; // maxClientNum binary semaphores that wake a client task
 
 // Bytes of one client task that did not decode yet, and where its replies are encoded.
 struct ResBuf {
@@ -70,7 +77,13 @@ int packetReply(PacketBuf *pdu, const u8 *data, u32 len, ResBuf *resBuf, u8 slot
 void releaseClient(u8 slot);
 
 enum AccessType : u8 {
-    AccessOther, AccessCotp, AccessInitiate, AccessMms, AccessConclude, AccessRelease, AccessAbort,
+    AccessOther,
+    AccessCotp,
+    AccessInitiate,
+    AccessMms,
+    AccessConclude,
+    AccessRelease,
+    AccessAbort,
 };
 // Class of a decoded request (AccessType).
 u8 getAccessType(const PacketBuf *pdu);
@@ -90,8 +103,10 @@ void acceptRound(int listenFd, const ::timeval &timeout);
 // Creates the directories of a device path below an existing device. False, after a message on the
 // standard error stream, when one cannot be made. Null and empty paths and unknown devices succeed.
 bool dirInit(const char *path);
-// Opens the listening socket. A failure ends the process with its message.
+// Opens the listening socket. A failure ends the process with its message; with dbHook set, which
+// takes that message, it returns false.
 bool socketInit(int *listenFd);
+// Turns keep-alive on. A failure closes `fd` and ends the process with its message.
 void activeKeepAlive(int fd);
 // `idle` and `intvl` in seconds. A failure is logged only.
 void setKeepAliveParams(int fd, u32 idle, u32 cnt, u32 intvl);

@@ -22,16 +22,6 @@ struct End {
 };
 constexpr End goesOn{DbDBG, nullptr};
 
-bool isWatched() {
-    return externGlbCfg.wdgEnable != 0 && externGlbCfg.wdgClientEnable != 0;
-}
-
-void feedIfWatched() {
-    if (isWatched()) {
-        wdgFeed();
-    }
-}
-
 // Waits for octets of the client and answers what they complete.
 End receiveRound(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
     const int fd = loadShared(clientStat[slot].sockFd);
@@ -40,7 +30,7 @@ End receiveRound(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
     FD_SET(fd, &readable);
     ::timeval timeout = splitTimeout(externGlbCfg.recvTimeout);
     const int ready = socketOps.select(fd + 1, &readable, nullptr, nullptr, &timeout);
-    feedIfWatched();
+    wdgFeedClient();
     if (ready < 0) {
         return {DbSYS, "Receive select failed!"};
     }
@@ -89,7 +79,7 @@ void waitForClient(u8 slot) {
     while (!started) {
         started =
             semTake(semClientStart[slot], second) == OK && loadShared(clientStat[slot].status) == CS_TCP;
-        feedIfWatched();
+        wdgFeedClient();
     }
 }
 
@@ -145,7 +135,7 @@ void clientProcess(TaskArgument argument) {
     ResBuf resBuf{};
     clientBufferInit(&pdu, &resBuf);
     u8 *recvBuf = MallocArray<u8>(externGlbCfg.recvBufSize);
-    if (isWatched()) {
+    if (wdgWatchesClients()) {
         wdgRegister(static_cast<i32>(externGlbCfg.wdgClientTimeout));
     }
     for (;;) {

@@ -16,12 +16,8 @@ constexpr u8 endOfTsdu = 0x80;
 
 constexpr u16 localReference = 0x1400;
 constexpr u32 fixedOctets = 7; // CR and CC without parameters
-constexpr u32 dtOctets = 3;
-constexpr u32 sizeOctets = 3; // the TPDU size parameter
-constexpr u32 tsapOctets = 4; // a TSAP parameter of two octets
-
-constexpr i32 errUnknown = 12;
-constexpr i32 errOverflow = 13;
+constexpr u32 sizeOctets = 3;  // the TPDU size parameter
+constexpr u32 tsapOctets = 4;  // a TSAP parameter of two octets
 
 u32 fail(i32 *err, i32 code) {
     *err = code;
@@ -58,7 +54,7 @@ u32 decParameter(TpduCotp *rec, const u8 *data, u32 len) {
 
 u32 decConnectRequest(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {
     if (len < fixedOctets) {
-        return fail(err, errUnknown);
+        return fail(err, ErrUnknownTpdu);
     }
     rec->crPresent = 1;
     rec->dtPresent = 0;
@@ -72,7 +68,7 @@ u32 decConnectRequest(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {
     while (pos < rec->li) {
         const u32 size = decParameter(rec, data + pos, len - pos);
         if (size == 0) {
-            return fail(err, errUnknown);
+            return fail(err, ErrUnknownTpdu);
         }
         pos += size;
     }
@@ -81,7 +77,7 @@ u32 decConnectRequest(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {
 
 u32 decData(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {
     if (len < dtOctets) {
-        return fail(err, errUnknown);
+        return fail(err, ErrUnknownTpdu);
     }
     rec->dtPresent = 1;
     rec->dtLi = data[0];
@@ -96,7 +92,7 @@ u32 decData(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {
     }
     const u32 payload = len - dtOctets;
     if (payload > rec->reassemblyCapacity - rec->reassemblyLen) {
-        return fail(err, errOverflow);
+        return fail(err, ErrOverflow);
     }
     if (payload > 0) {
         std::memcpy(rec->reassemblyBuf + rec->reassemblyLen, data + dtOctets, payload);
@@ -117,7 +113,7 @@ u8 *encTsap(u8 *out, u8 code, u8 length, u16 tsap) {
 u32 dec_tpdu_cotp(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {
     *err = 0;
     if (len < 2 || data[0] + 1U > len) {
-        return fail(err, errUnknown);
+        return fail(err, ErrUnknownTpdu);
     }
     switch (data[1]) {
     case codeConnectRequest:
@@ -125,7 +121,7 @@ u32 dec_tpdu_cotp(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {
     case codeData:
         return decData(rec, data, len, err);
     default:
-        return fail(err, errUnknown);
+        return fail(err, ErrUnknownTpdu);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "device/externGlbCfg.h"
 #include "proto-process/c/client.h"
 #include "proto-process/c/octets.h"
+#include "proto-process/c/services.h"
 
 #include <algorithm>
 #include <cstring>
@@ -90,7 +91,7 @@ i8 initiateProcess(const Initiate_RequestPDU *request, Initiate_ResponsePDU *res
     ClientStat *stat = &clientStat[slot];
     stat->pduSize = static_cast<u32>(std::max(detail, 0));
     updateSupportServ(details->servicesSupportedCalled.bits, stat->supportServ);
-    return -1;
+    return serviceSuccess;
 }
 
 } // namespace ied

@@ -2,6 +2,7 @@
 
 #include "DebugInfo/DebugInfo.h"
 #include "asn1/mmsCodec.h"
+#include "proto-process/c/services.h"
 
 namespace ied {
 
@@ -11,8 +12,6 @@ constexpr u32 sessionLengthMax = 255; // of a length held in one octet
 
 // Room for the headers of TPKT, COTP and session in front of the presentation data.
 constexpr u32 headerRoom = 64;
-
-constexpr i8 accessDenied = 73;
 
 // What a failed decode must not change: everything but the trees of the upper layers.
 struct SavedState {

@@ -8,6 +8,17 @@ namespace ied {
 
 // ------------------------------------------------------------------------------- TPKT, COTP
 
+inline constexpr u32 tpktOctets = 4; // header of a frame
+inline constexpr u32 dtOctets = 3;   // header of a DT
+
+// Why a frame does not decode, in *err.
+enum FrameError : i32 {
+    ErrIncomplete = 1,   // TPKT: fewer octets at hand than the frame has
+    ErrUnknownTpdu = 12, // COTP: unknown TPDU or CR parameter
+    ErrOverflow = 13,    // COTP: fragments beyond the reassembly buffer
+    ErrSession = 22,     // session: not one of the fixed shapes
+};
+
 struct TpduTpkt {
     u8 version;
     u8 reserved;
@@ -40,7 +51,7 @@ struct TpduCotp {
     u16 encodedSize; // reply: octets that this layer adds
 };
 
-// Octets consumed, or 0 with *err 1, 12 or 13. `len` octets are at hand.
+// Octets consumed, or 0 with *err of the layer. `len` octets are at hand.
 u32 dec_tpdu_tpkt(TpduTpkt *pdu, const u8 *data, u32 len, i32 *err);
 u32 dec_tpdu_cotp(TpduCotp *rec, const u8 *data, u32 len, i32 *err);
 int process_tpdu_tpkt(const TpduTpkt *request, TpduTpkt *reply);
@@ -56,11 +67,17 @@ void encShort(u8 *p, u16 v);
 
 // ---------------------------------------------------------------------------------- session
 
-struct SessionParam8 { u8 code, length, value, present; };
-struct SessionParam16 { u8 code, length; u16 value; u8 present; };
+struct SessionParam8 {
+    u8 code, length, value, present;
+};
+struct SessionParam16 {
+    u8 code, length;
+    u16 value;
+    u8 present;
+};
 
 struct Spdu8327 {
-    u8 si, li; // CONNECT or ACCEPT
+    u8 si, li;                            // CONNECT or ACCEPT
     u8 itemCode, itemLength, itemPresent; // Connect/Accept Item
     SessionParam8 protocolOptions;
     SessionParam8 versionNumber;
@@ -78,7 +95,7 @@ struct Spdu8327 {
     u16 encodedSize;
 };
 
-// Octets of the session headers, or 0 with *err 22.
+// Octets of the session headers, or 0 with *err ErrSession.
 u32 dec_spdu_8327(Spdu8327 *rec, const u8 *data, u32 len, i32 *err);
 int process_spdu_8327(const Spdu8327 *request, Spdu8327 *reply);
 u32 enc_spdu_8327(const Spdu8327 *rec, u8 *buf, u32 end);
@@ -97,7 +114,12 @@ struct Ppdu8823 {
 };
 
 // What the session layer says of the presentation data.
-enum PresentType : int { PresentNone, PresentConnect, PresentFinish, PresentData };
+enum PresentType : int {
+    PresentNone,
+    PresentConnect,
+    PresentFinish,
+    PresentData
+};
 
 u32 decPpdu8823(Ppdu8823 *ppdu, const u8 *data, u32 len, int type, i32 *err);
 int processPpdu8823(const Ppdu8823 *request, Ppdu8823 *reply, int type, u8 slot);
@@ -117,8 +139,8 @@ void buildConfirmedError(MMSpdu *responsePdu, AsnInt invokeID, i8 value);
 // Negotiates an association for the slot: fills the zeroed response and the client's record. Never
 // refuses; returns -1, the internal result for success.
 i8 initiateProcess(const Initiate_RequestPDU *request, Initiate_ResponsePDU *response, u8 slot);
-void getSupportCBB(u8 *bits);  // 2 octets
-void getSupportServ(u8 *bits); // 11 octets
+void getSupportCBB(u8 *bits);                      // 2 octets
+void getSupportServ(u8 *bits);                     // 11 octets
 void updateSupportServ(const u8 *bits, u8 *table); // 86 octets of table
 
 // ----------------------------------------------------------------------------------- packet
@@ -134,8 +156,9 @@ struct PacketBuf {
     u8 ppduPresent;
 };
 
-// Decodes one frame of `len` octets at hand. Its octets, or 0 when it is incomplete (*err 1) or
-// broken. A failed decode leaves the record as it was, the fragments collected before included.
+// Decodes one frame of `len` octets at hand. Its octets, or 0 when it is incomplete
+// (*err ErrIncomplete) or // broken. A failed decode leaves the record as it was, the fragments collected
+// before included.
 u32 dec_packet(PacketBuf *pdu, const u8 *data, u32 len, i32 *err);
 // Builds the reply of a decoded request. 1 if there is one.
 int packet_process(const PacketBuf *request, PacketBuf *reply, u8 slot, i32 err);

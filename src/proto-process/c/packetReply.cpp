@@ -10,9 +10,6 @@ namespace ied {
 
 namespace {
 
-constexpr u32 tpktOctets = 4;
-constexpr i32 errOverflow = 13; // of the COTP layer: fragments beyond the reassembly buffer
-
 // The octets that one call of packetReply works through.
 struct Input {
     const u8 *data;
@@ -77,7 +74,7 @@ u32 behindBroken(const Input &in, u32 newOctets) {
 u32 passBroken(PacketBuf *pdu, Input *in, ResBuf *resBuf, u32 newOctets, i32 *err) {
     u32 n = 0;
     for (u32 next = behindBroken(*in, newOctets); n == 0 && next != 0; next = behindBroken(*in, newOctets)) {
-        if (*err == errOverflow) {
+        if (*err == ErrOverflow) {
             initPdu(pdu, false);
         }
         in->off = next;
@@ -149,9 +146,7 @@ void handleFrame(PacketBuf *pdu, PacketBuf *reply, u8 *encBuf, u8 slot, i32 err)
     answer(pdu, reply, encBuf, slot, err);
     initPdu(pdu, false);
     initPdu(reply, false);
-    if (externGlbCfg.wdgEnable != 0 && externGlbCfg.wdgClientEnable != 0) {
-        wdgFeed();
-    }
+    wdgFeedClient();
     taskDelay(loadShared(clientNum));
 }
 

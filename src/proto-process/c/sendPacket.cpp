@@ -13,8 +13,8 @@ namespace ied {
 
 namespace {
 
-constexpr int extraTakes = 60;  // attempts of a second each behind the first
-constexpr u32 headerOctets = 7; // TPKT and COTP DT
+constexpr int extraTakes = 60; // attempts of a second each behind the first
+constexpr u32 headerOctets = tpktOctets + dtOctets;
 constexpr u32 tpktLengthMax = 0xFFFF;
 constexpr u32 eotOctet = 6;
 
@@ -25,12 +25,6 @@ struct SendMessages {
 };
 constexpr SendMessages wholeMessages{"Send error 1!", "Send error 2!"};
 constexpr SendMessages frameMessages{"Send error 3!", "Send error 4!"};
-
-void feedIfEnabled() {
-    if (externGlbCfg.wdgEnable != 0) {
-        wdgFeed();
-    }
-}
 
 // A tenth of a second between attempts at a peer that does not read.
 void pause() {
@@ -43,7 +37,7 @@ bool takeSocket(u8 slot) {
         if (semTake(semSend[slot], second) == OK) {
             return true;
         }
-        feedIfEnabled();
+        wdgFeedIfEnabled();
     }
     return false;
 }
@@ -55,7 +49,7 @@ bool waitForPeer(ClientStat *client, const SendMessages &messages) {
         dbInfo(DbSOC, DbERR, "sendPacket", "%s", messages.stalled);
         return false;
     }
-    feedIfEnabled();
+    wdgFeedIfEnabled();
     pause();
     return true;
 }

@@ -30,8 +30,6 @@ constexpr u8 headOctets = 2; // identifier and length
 constexpr u8 itemOctets = 8; // Connect/Accept Item with both its parameters
 constexpr u8 requirementsOctets = 4;
 
-constexpr i32 errSession = 22;
-
 // Octets of one SPDU, taken in order. Once something is missing, or a length points beyond the
 // frame, it stays failed and every further octet reads as 0.
 struct SpduReader {
@@ -217,7 +215,7 @@ u32 dec_spdu_8327(Spdu8327 *rec, const u8 *data, u32 len, i32 *err) {
         in.ok = false;
     }
     if (!in.ok) {
-        *err = errSession;
+        *err = ErrSession;
         return 0;
     }
     return in.pos;

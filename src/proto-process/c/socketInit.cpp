@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -16,17 +15,20 @@ namespace ied {
 
 namespace {
 
-// Ends the process when a step failed. The error record also says what the log's line does not.
-void require(bool done, const char *message) {
+// Ends the process when a step failed, unless a hook takes the line: then false. The error record
+// also says what the log's line does not.
+bool require(bool done, const char *message) {
     if (!done) {
         const int error = errno;
-        char cause[128];
-        std::snprintf(cause, sizeof cause, "cannot listen on port %u: %s", externGlbCfg.tcpPort,
-                      std::strerror(error));
+        const std::string &bound = platformOptions.bindAddress;
+        char cause[160];
+        std::snprintf(cause, sizeof cause, "cannot listen on port %u%s%s: %s", externGlbCfg.tcpPort,
+                      bound.empty() ? "" : " of ", bound.c_str(), std::strerror(error));
         noteFailure(cause);
         errno = error;
         dbInfo(DbSOC, DbPAN, "socketInit", "%s", message);
     }
+    return done;
 }
 
 bool setOption(int fd, int level, int name, int value) {
@@ -44,6 +46,20 @@ bool bindAny(int fd) {
         return false;
     }
     return socketOps.bind(fd, reinterpret_cast<const ::sockaddr *>(&address), sizeof address) == 0;
+}
+
+bool setListenOptions(int fd) {
+    const ::linger abortive{1, 0};
+    return require(setOption(fd, SOL_SOCKET, SO_REUSEADDR, 1), "socket SO_REUSEADDR set error") &&
+           require(setOption(fd, IPPROTO_TCP, TCP_NODELAY, 1), "socket TCP_NODELAY set error") &&
+           require(socketOps.setsockopt(fd, SOL_SOCKET, SO_LINGER, &abortive, sizeof abortive) == 0,
+                   "socket SO_LINGER set error");
+}
+
+bool startListening(int fd) {
+    return require(bindAny(fd), "socket bind error") &&
+           require(socketOps.listen(fd, externGlbCfg.listenBacklog) == 0, "socket listen error") &&
+           require(socketOps.setNonBlocking(fd, true) == 0, "socket set FIONBIO error");
 }
 
 // Milliseconds that the keep-alive values give a silent peer.
@@ -73,7 +89,7 @@ void activeKeepAlive(int fd) {
     if (failure != nullptr) {
         dbInfo(DbSOC, DbPAN, "activeKeepAlive", "%s", failure);
         socketOps.close(fd);
-        std::exit(1);
+        processExit(1);
     }
 }
 
@@ -100,17 +116,19 @@ void setKeepAliveParams(int fd, u32 idle, u32 cnt, u32 intvl) {
 
 bool socketInit(int *listenFd) {
     const int fd = socketOps.socket(AF_INET, SOCK_STREAM, 0);
-    require(fd >= 0, "socket create error");
-    require(setOption(fd, SOL_SOCKET, SO_REUSEADDR, 1), "socket SO_REUSEADDR set error");
-    require(setOption(fd, IPPROTO_TCP, TCP_NODELAY, 1), "socket TCP_NODELAY set error");
-    const ::linger abortive{1, 0};
-    require(socketOps.setsockopt(fd, SOL_SOCKET, SO_LINGER, &abortive, sizeof abortive) == 0,
-            "socket SO_LINGER set error");
-    activeKeepAlive(fd);
-    setKeepAliveParams(fd, externGlbCfg.keepIdle, externGlbCfg.keepCnt, externGlbCfg.keepIntvl);
-    require(bindAny(fd), "socket bind error");
-    require(socketOps.listen(fd, externGlbCfg.listenBacklog) == 0, "socket listen error");
-    require(socketOps.setNonBlocking(fd, true) == 0, "socket set FIONBIO error");
+    if (!require(fd >= 0, "socket create error")) {
+        return false;
+    }
+    bool listens = setListenOptions(fd);
+    if (listens) {
+        activeKeepAlive(fd);
+        setKeepAliveParams(fd, externGlbCfg.keepIdle, externGlbCfg.keepCnt, externGlbCfg.keepIntvl);
+        listens = startListening(fd);
+    }
+    if (!listens) {
+        socketOps.close(fd);
+        return false;
+    }
     *listenFd = fd;
     return true;
 }

@@ -4,10 +4,7 @@ namespace ied {
 
 namespace {
 
-constexpr u32 headerOctets = 4;
-constexpr u32 headersOctets = 7; // TPKT and COTP DT: the least frame with content
-
-constexpr i32 errIncomplete = 1;
+constexpr u32 leastFrame = tpktOctets + dtOctets; // with content
 
 } // namespace
 
@@ -22,23 +19,23 @@ void encShort(u8 *p, u16 v) {
 
 u32 dec_tpdu_tpkt(TpduTpkt *pdu, const u8 *data, u32 len, i32 *err) {
     *err = 0;
-    const u16 length = len < headerOctets ? u16{0} : decShort(data + 2);
-    const bool sound = length == headerOctets || length >= headersOctets;
+    const u16 length = len < tpktOctets ? u16{0} : decShort(data + 2);
+    const bool sound = length == tpktOctets || length >= leastFrame;
     if (!sound || length > len) {
-        *err = errIncomplete;
+        *err = ErrIncomplete;
         return 0;
     }
     pdu->version = data[0];
     pdu->reserved = data[1];
     pdu->length = length;
-    return headerOctets;
+    return tpktOctets;
 }
 
 int process_tpdu_tpkt(const TpduTpkt *request, TpduTpkt *reply) {
     reply->version = request->version;
     reply->reserved = request->reserved;
-    reply->length = headerOctets;
-    reply->headerSize = headerOctets;
+    reply->length = tpktOctets;
+    reply->headerSize = tpktOctets;
     return 1;
 }
 
@@ -51,7 +48,7 @@ u32 enc_tpdu_tpkt(const TpduTpkt *pdu, u8 *buf, u32 end) {
 }
 
 int rpt_tpdu_tpkt(TpduTpkt *pdu) {
-    *pdu = {3, 0, headerOctets, headerOctets};
+    *pdu = {3, 0, tpktOctets, tpktOctets};
     return 1;
 }
 

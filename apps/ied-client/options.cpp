@@ -1,0 +1,142 @@
+#include "ied-client/options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+
+namespace ied::client {
+
+namespace {
+
+struct CommandRow {
+    Command command;
+    const char *name;
+    const char *help;
+};
+constexpr CommandRow commands[] = {
+    {Command::identify, "identify", "vendor, model and revision of the server"},
+    {Command::devices, "devices", "names of the logical devices"},
+    {Command::tree, "tree", "the model, or what lies below REF, with types"},
+    {Command::find, "find", "references whose name contains PATTERN (or matches it, with * and ?)"},
+    {Command::read, "read", "values: an attribute, an object, a whole logical node or device"},
+    {Command::write, "write", "write VALUE to the attribute REF"},
+    {Command::datasets, "datasets", "names of the data sets"},
+    {Command::dataset, "dataset", "members of the data set REF"},
+};
+
+constexpr const char *footer =
+    "References are LD/LN.DO.DA[FC] or LD/LN$FC$DO$DA; array elements are NAME[3], ranges NAME[2..10].\n"
+    "Exit status: 0 good, 1 refused by the server or no such thing, 2 wrong usage, 3 no connection.";
+
+void addArguments(CLI::App &sub, Command command, Options &options, std::string &first, std::string &second) {
+    switch (command) {
+    case Command::tree:
+        sub.add_option("REF", first, "a device, node or object");
+        sub.add_option("--depth", options.depth, "levels to show below the start")
+            ->check(CLI::Range(0, maxNesting));
+        break;
+    case Command::find:
+        sub.add_option("PATTERN", first)->required();
+        break;
+    case Command::read:
+        sub.add_option("REF", options.arguments)->required();
+        sub.add_flag("--watch", options.watch, "read again and again");
+        sub.add_option("--interval", options.interval, "seconds between the rounds of --watch [1]")
+            ->check(CLI::Range(0.0, 86400.0));
+        sub.add_option("--rounds", options.rounds, "end --watch after so many rounds");
+        break;
+    case Command::write:
+        sub.add_option("REF", first)->required();
+        sub.add_option("VALUE", second)->required();
+        break;
+    case Command::dataset:
+        sub.add_option("REF", first, "LD/LN.NAME")->required();
+        sub.add_flag("--values", options.values, "with the values of the members");
+        break;
+    default:
+        break;
+    }
+}
+
+// A negative number is an argument, not an option: a value to write may be one.
+bool isNegativeNumber(const std::string &text) {
+    return text.size() > 1 && text[0] == '-' &&
+           text.find_first_not_of("0123456789.eE+-", 1) == std::string::npos && text[1] != '-';
+}
+
+// The arguments in the order that the parser wants (the last one first).
+std::vector<std::string> reversedArguments(int argc, char **argv) {
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    const auto negative = std::find_if(arguments.begin(), arguments.end(), isNegativeNumber);
+    if (negative != arguments.end() && std::find(arguments.begin(), negative, "write") != negative)
+        arguments.insert(negative, "--");
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
+}
+
+} // namespace
+
+bool splitServer(const std::string &text, std::string &host, u16 &port) {
+    std::size_t colon = text.rfind(':');
+    const bool bracketed = !text.empty() && text[0] == '[';
+    const std::size_t close = text.find(']');
+    if (bracketed && close == std::string::npos)
+        return false;
+    if (bracketed) {
+        host = text.substr(1, close - 1);
+        colon = close + 1 < text.size() ? close + 1 : std::string::npos;
+        if (colon != std::string::npos && text[colon] != ':')
+            return false;
+    } else {
+        if (colon != text.find(':'))
+            colon = std::string::npos; // an IPv6 address without a port
+        host = text.substr(0, colon);
+    }
+    if (colon == std::string::npos)
+        return !host.empty();
+    unsigned number = 0;
+    const char *end = text.data() + text.size();
+    const auto [at, error] = std::from_chars(text.data() + colon + 1, end, number);
+    port = static_cast<u16>(number);
+    return !host.empty() && error == std::errc() && at == end && number > 0 && number < 65536;
+}
+
+std::optional<Options> parseOptions(int argc, char **argv, int &status) {
+    Options options;
+    std::string server;
+    std::string first;
+    std::string second;
+    CLI::App app("Browses, reads and writes an IEC 61850 server over MMS.", "ied-client");
+    app.footer(footer);
+    app.set_version_flag("--version", IED_VERSION);
+    app.add_option("HOST[:PORT]", server, "the server; port 102 unless given")->required();
+    app.add_flag("--json", options.json, "one JSON document a read, one line a round");
+    app.add_flag("--plain", options.plain, "no colours and no charts, as when the output is no terminal");
+    app.add_option("--timeout", options.timeout, "seconds to wait for each answer [10]")
+        ->check(CLI::Range(0.1, 3600.0));
+    app.require_subcommand(1);
+    for (const CommandRow &row : commands) {
+        CLI::App *sub = app.add_subcommand(row.name, row.help);
+        sub->fallthrough();
+        sub->callback([&options, command = row.command] { options.command = command; });
+        addArguments(*sub, row.command, options, first, second);
+    }
+    try {
+        app.parse(reversedArguments(argc, argv));
+    } catch (const CLI::ParseError &error) {
+        status = app.exit(error) == 0 ? statusGood : statusUsage;
+        return std::nullopt;
+    }
+    if (options.command != Command::read && !first.empty())
+        options.arguments.push_back(first);
+    if (options.command == Command::write)
+        options.arguments.push_back(second);
+    if (!splitServer(server, options.host, options.port)) {
+        std::fprintf(stderr, "ied-client: '%s' is no HOST[:PORT]\n", server.c_str());
+        status = statusUsage;
+        return std::nullopt;
+    }
+    return options;
+}
+
+} // namespace ied::client

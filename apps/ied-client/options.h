@@ -1,0 +1,44 @@
+// The command line: ied-client HOST[:PORT] COMMAND ...
+#pragma once
+
+#include "ied-client/connection.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ied::client {
+
+enum class Command {
+    identify,
+    devices,
+    tree,
+    find,
+    read,
+    write,
+    datasets,
+    dataset
+};
+
+struct Options {
+    std::string host;
+    u16 port = 102;
+    Command command = Command::identify;
+    std::vector<std::string> arguments; // references, a pattern, a value: as the command has them
+    bool json = false;
+    bool plain = false;     // as if the output were no terminal
+    bool watch = false;     // read again and again
+    bool values = false;    // dataset: with the values of its members
+    f64 interval = 1;       // seconds between the rounds of --watch
+    u32 rounds = 0;         // --watch ends after so many; 0: never
+    int depth = maxNesting; // levels that tree shows below its start
+    f64 timeout = 10;       // seconds for each answer
+};
+
+// Options, or the status to leave with: 0 after --help or --version, 2 for what cannot be.
+std::optional<Options> parseOptions(int argc, char **argv, int &status);
+
+// HOST, HOST:PORT, ADDRESS6 or [ADDRESS6]:PORT; false for an empty host or a port beyond 1 to 65535.
+bool splitServer(const std::string &text, std::string &host, u16 &port);
+
+} // namespace ied::client

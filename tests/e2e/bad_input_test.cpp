@@ -1,0 +1,262 @@
+// Malformed and hostile input at every layer: silence or the prescribed answer, and afterwards the
+// server is as before.
+#include "tests/support/serverFixture.h"
+
+using namespace ied::test;
+
+namespace {
+
+class BadInput : public ServerSuite {
+  protected:
+    static void SetUpTestSuite() { startSuite({"", {"tickRate=1000", "maxClientNum=32"}, {}, true}); }
+};
+
+const std::string identifyFrame = dataFrame(confirmedRequest(1, "82 00"));
+const std::string longTag = "BF FF FF FF FF FF FF 7F 00";
+
+// A frame that the server receives apart from what follows: octets that it cannot decode hold up
+// those that arrived together with them.
+void sendApart(RawClient &client, const std::string &frame) {
+    sendHex(client, frame);
+    EXPECT_TRUE(takenByPeer(client));
+}
+
+// Whether the next honest request on this connection is answered.
+bool stillServed(RawClient &client) {
+    return ask(client, confirmedRequest(2, "82 00")).value_or("").starts_with("A11E020102");
+}
+
+// A request of its own layer, and the octets of the level below it.
+struct Level {
+    const char *name;
+    std::string frame;
+};
+
+std::string nested(const std::string &tag, int depth) {
+    std::string content;
+    for (int i = 0; i < depth; ++i)
+        content = tlv(tag, content);
+    return content;
+}
+
+std::string manyVariables(int count) {
+    const std::string one = tlv("30", tlv("A0", objectName("Z", "L")));
+    std::string list;
+    for (int i = 0; i < count; ++i)
+        list += one;
+    return confirmedRequest(1, tlv("A4", tlv("A1", tlv("A0", list))));
+}
+
+// Frames that no server may answer, on an association in progress.
+const std::vector<Level> silent = {
+    {"a COTP disconnect", tpkt("06 80 00 00 00 01 00")},
+    {"a COTP error", tpkt("04 70 00 01 00")},
+    {"a COTP expedited TPDU", tpkt("02 10 80")},
+    {"a CR with an unknown parameter", tpkt("09 E0 00 00 00 01 00 C5 01 00")},
+    {"an empty DT", tpkt("02 F0 80")},
+    {"a lone TPKT header", "03 00 00 04"},
+    {"a session ABORT of code 25", tpkt("02 F0 80 19 03 11 01 03")},
+    {"a session SPDU of code 0", tpkt("02 F0 80 00 00 00 00")},
+    {"give tokens alone", tpkt("02 F0 80 01 00")},
+    {"a CONNECT without selectors", tpkt("02 F0 80 0D 0C 05 06 13 01 00 16 01 02 14 02 00 02")},
+    {"a CONNECT cut off", tpkt("02 F0 80 0D FF 05 06 13")},
+    {"a FINISH with nothing", tpkt("02 F0 80 09 00")},
+    {"presentation length beyond the frame", tpkt("02 F0 80 01 00 01 00 61 7F 30 00")},
+    {"presentation length short of the frame", tpkt("02 F0 80 01 00 01 00 61 02 30 00 00 00")},
+    {"presentation of indefinite length", tpkt("02 F0 80 01 00 01 00 61 80 30 80 02 01 03 A0 80 A0 80 02 01 "
+                                               "01 82 00 00 00 00 00 00 00 00 00 00 00")},
+    {"presentation without values", tpkt("02 F0 80 01 00 01 00 61 00")},
+    {"an unknown presentation PDU", tpkt("02 F0 80 01 00 01 00 AC 02 80 00")},
+    {"an unknown MMS PDU", dataFrame("BF 4F 02 80 00")},
+    {"a reject from a client", dataFrame("A4 03 85 01 01")},
+    {"an invoke id of no octets", dataFrame("A0 04 02 00 82 00")},
+    {"an invoke id of five octets", dataFrame("A0 09 02 05 01 00 00 00 00 82 00")},
+    {"a request without a service", dataFrame("A0 03 02 01 01")},
+    {"a service beyond the standard", dataFrame(confirmedRequest(1, "BF 60 00"))},
+    {"a length of 2^31", dataFrame("A0 84 80 00 00 00 02 01 01 82 00")},
+    {"a length of 2^64", dataFrame("A0 88 FF FF FF FF FF FF FF FF 02 01 01 82 00")},
+    {"a tag without an end", dataFrame(confirmedRequest(1, longTag))},
+    {"a component past its parent", dataFrame("A0 09 02 01 01 A4 04 A1 7F A0 00")},
+    {"a name list of no class", dataFrame(confirmedRequest(1, "A1 04 A1 02 80 00"))},
+    {"an index of a negative number",
+     dataFrame(read(1, "ZRX418MEAS", "MHAI1$MX$HA$phsAHar", "A5 06 82 04 FF FF FF FF"))},
+    {"a bit string with nine unused bits", dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$q", "84 02 09 00"))},
+    {"a boolean of no octets", dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$q", "83 00"))},
+    {"an integer of nine octets",
+     dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$stVal", "85 09 00 00 00 00 00 00 00 00 01"))},
+    {"nested structures to a great depth",
+     dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$stVal", nested("A2", 2000)))},
+    {"nested strings to a great depth",
+     dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$stVal", nested("AA", 2000)))},
+    {"nested alternate access",
+     dataFrame(read(1, "ZRX418MEAS", "MHAI1$MX$HA$phsAHar", tlv("A5", nested("A0", 500))))},
+};
+
+} // namespace
+
+TEST_F(BadInput, a_malformed_frame_gets_silence_and_the_next_request_its_answer) {
+    for (const Level &level : silent) {
+        RawClient client;
+        ASSERT_TRUE(associate(client, server->port));
+        sendApart(client, level.frame);
+        ASSERT_TRUE(stillServed(client)) << "after " << level.name;
+        EXPECT_EQ(client.pending, "") << level.name << " was answered";
+    }
+    expectIntact();
+}
+
+TEST_F(BadInput, a_malformed_frame_before_the_association_does_not_spoil_it) {
+    for (const Level &level : silent) {
+        RawClient client;
+        connectTo(client, server->port);
+        sendApart(client, level.frame);
+        sendHex(client, connectionRequestHex);
+        EXPECT_EQ(receiveFrame(client), canonical(connectionConfirmHex)) << "after " << level.name;
+        sendApart(client, level.frame);
+        sendHex(client, associateRequestHex);
+        EXPECT_EQ(receiveFrame(client), canonical(associateResponseHex)) << "after " << level.name;
+    }
+    expectIntact();
+}
+
+// A header that promises more than comes makes the server wait for it; what comes instead is then
+// part of that frame. Only the connection itself can tell, by its end.
+TEST_F(BadInput, frame_lengths_of_every_kind_cost_only_their_own_connection) {
+    for (const char *header :
+         {"03 00 00 00", "03 00 00 01", "03 00 00 03", "03 00 00 05 02", "03 00 00 06 02 F0",
+          "03 00 FF FF 02 F0 80", "00 00 00 07 02 F0 80", "FF FF FF FF FF FF FF FF"}) {
+        RawClient client;
+        ASSERT_TRUE(associate(client, server->port));
+        sendHex(client, header);
+        for (int i = 0; i < 40; ++i)
+            sendHex(client, identifyFrame);
+        receiveFrame(client, Milliseconds(20));
+    }
+    expectIntact();
+}
+
+TEST_F(BadInput, fragments_without_an_end_are_bounded) {
+    RawClient client;
+    ASSERT_TRUE(associate(client, server->port));
+    const std::string fragment = octets(tpkt("02F000" + hex(std::string(1000, 'x'))));
+    for (int i = 0; i < 300; ++i) // three times what a server keeps of one message
+        ASSERT_TRUE(sendOctets(client, fragment));
+    RawClient other;
+    ASSERT_TRUE(associate(other, server->port));
+    EXPECT_TRUE(stillServed(other));
+    disconnect(client);
+    disconnect(other);
+    expectIntact();
+}
+
+TEST_F(BadInput, every_cut_and_every_changed_octet_of_a_request_leaves_the_server_intact) {
+    const std::string frame =
+        octets(dataFrame(read(1, "ZRX418MEAS", "MHAI1$MX$HA$phsAHar", "A5 08 A3 06 80 01 02 81 01 09")));
+    RawClient client;
+    ASSERT_TRUE(associate(client, server->port));
+    for (std::size_t at = 7; at < frame.size(); ++at) {
+        for (char value : {'\x00', '\x01', '\x7F', '\x80', '\xA0', '\xFF'}) {
+            std::string changed = frame;
+            changed[at] = value;
+            if (!sendOctets(client, changed)) { // a changed octet may mean an abort
+                ASSERT_TRUE(associate(client, server->port)) << "octet " << at;
+            }
+        }
+    }
+    for (std::size_t length = 1; length < frame.size() - 7; ++length) {
+        std::string cut = frame.substr(0, 7 + length);
+        cut[2] = static_cast<char>(cut.size() >> 8);
+        cut[3] = static_cast<char>(cut.size());
+        ASSERT_TRUE(sendOctets(client, cut));
+    }
+    disconnect(client);
+    expectIntact();
+}
+
+TEST_F(BadInput, a_list_of_thousands_of_names_is_answered_or_refused) {
+    RawClient client;
+    ASSERT_TRUE(associate(client, server->port));
+    // 2,000 unknown names: as many failures.
+    const std::string pdu = manyVariables(2000);
+    std::string spdu = dataFrame(pdu).substr(14);
+    std::string frames;
+    for (std::size_t at = 0; at < spdu.size(); at += 2000)
+        frames += tpkt((at + 2000 < spdu.size() ? "02F000" : "02F080") + spdu.substr(at, 2000));
+    sendHex(client, frames);
+    const std::string answer = receiveMms(client).value_or("");
+    EXPECT_TRUE(answer.starts_with("A1821")) << answer.substr(0, 40);
+    EXPECT_TRUE(answer.ends_with(canonical("80 01 0A 80 01 0A")));
+    EXPECT_TRUE(stillServed(client));
+    disconnect(client);
+    expectIntact();
+}
+
+TEST_F(BadInput, a_value_of_every_type_for_a_leaf_of_every_type_is_answered_by_a_result) {
+    const std::vector<std::string> leaves = {"MMXU1$MX$TotW$mag$f",
+                                             "MMXU1$MX$TotW$q",
+                                             "MMXU1$MX$TotW$t",
+                                             "MMXU1$CF$TotW$units$SIUnit",
+                                             "MMXU1$CF$TotW$db",
+                                             "MMXU1$DC$TotW$d",
+                                             "MMXU1$ST$Mod$stVal",
+                                             "MMXU1$ST$Mod",
+                                             "MMXU1$MX",
+                                             "MHAI1$MX$HA$phsAHar",
+                                             "MMXU1$SV$TotW$subEna",
+                                             "MMXU1$SV$TotW$subID",
+                                             "LLN0$RP",
+                                             "LLN0",
+                                             "MMXU1$SV$TotW$subMag$f",
+                                             "MMXU1$CF$TotW"};
+    const std::vector<std::string> values = {"83 01 01",
+                                             "83 01 02",
+                                             "84 02 06 40",
+                                             "84 03 03 00 00",
+                                             "84 01 00",
+                                             "85 01 05",
+                                             "85 04 80 00 00 00",
+                                             "86 01 05",
+                                             "86 05 00 FF FF FF FF",
+                                             "87 05 08 3F 80 00 00",
+                                             "87 05 08 7F C0 00 00",
+                                             "87 05 09 3F 80 00 00",
+                                             "87 00",
+                                             "89 00",
+                                             "89 08 00 00 00 00 00 00 00 00",
+                                             "8A 00",
+                                             tlv("8A", std::string(2 * 300, '4')),
+                                             "8C 06 00 00 00 00 00 00",
+                                             "8C 04 00 00 00 00",
+                                             "8D 01 05",
+                                             "8E 02 00 80",
+                                             "8F 02 51 01",
+                                             "90 02 C3 A9",
+                                             "91 08 00 00 00 00 00 00 00 00",
+                                             "91 07 00 00 00 00 00 00 00",
+                                             "A1 00",
+                                             "A2 00",
+                                             "A2 03 85 01 01",
+                                             "A1 06 85 01 01 85 01 02",
+                                             "A2 0A A2 08 A2 06 87 04 3F 80 00 00"};
+    RawClient client;
+    ASSERT_TRUE(associate(client, server->port));
+    int written = 0;
+    for (const std::string &leaf : leaves)
+        for (const std::string &value : values) {
+            sendApart(client, dataFrame(write(1, "ZRX418MEAS", leaf, value)));
+            sendHex(client, dataFrame(confirmedRequest(2, "82 00")));
+            std::string answer = receiveMms(client).value_or("");
+            if (answer.starts_with("A11E020102"))
+                continue; // no encoding of a value: silence
+            EXPECT_TRUE(answer.starts_with("A10802010") || answer.starts_with("A107020101A5028100"))
+                << leaf << " := " << value << ": " << answer;
+            written += answer.find("A5028100") != std::string::npos;
+            answer = receiveMms(client).value_or("");
+            EXPECT_TRUE(answer.starts_with("A11E020102")) << leaf << " := " << value;
+        }
+    EXPECT_EQ(written, 1) << "only db takes an unsigned number within its range";
+    EXPECT_EQ(ask(client, write(1, "ZRX418MEAS", "MMXU1$CF$TotW$db", "86 01 00")).value_or(""),
+              canonical("A1 07 02 01 01 A5 02 81 00"));
+    disconnect(client);
+    expectIntact();
+}

@@ -1,0 +1,88 @@
+// Hundreds of clients one after the other cost nothing that lasts.
+#include "tests/support/serverFixture.h"
+
+#include <cstdlib>
+#include <fstream>
+
+using namespace ied::test;
+
+namespace {
+
+class ConnectDisconnect : public ServerSuite {
+  protected:
+    static void SetUpTestSuite() { startSuite({"", {"tickRate=1000", "maxClientNum=64"}, {}, true}); }
+};
+
+// Resident memory that belongs to the process alone, in KiB.
+long privateKib(pid_t pid) {
+    std::ifstream file("/proc/" + std::to_string(pid) + "/status");
+    std::string word;
+    while (file >> word)
+        if (word == "RssAnon:") {
+            long kib = 0;
+            file >> kib;
+            return kib;
+        }
+    return 0;
+}
+
+// A client that goes as far as its number says, and leaves in one of several ways.
+void visit(std::uint16_t port, int number) {
+    RawClient client;
+    switch (number % 5) {
+    case 0:
+        connectTo(client, port);
+        break;
+    case 1:
+        connectTo(client, port);
+        sendHex(client, connectionRequestHex);
+        EXPECT_TRUE(receiveFrame(client));
+        break;
+    case 2:
+        EXPECT_TRUE(associate(client, port));
+        break;
+    case 3:
+        EXPECT_TRUE(associate(client, port));
+        EXPECT_TRUE(ask(client, read(1, "ZRX418MEAS", "MMXU1$MX")));
+        vanish(client);
+        return;
+    default:
+        EXPECT_TRUE(associate(client, port));
+        EXPECT_TRUE(ask(client, concludeRequestHex));
+        sendHex(client, releaseRequestHex);
+        EXPECT_EQ(receiveFrame(client), canonical(releaseResponseHex));
+        EXPECT_TRUE(closedByPeer(client));
+    }
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr long allowedKib = 1 << 20; // sanitizers keep freed memory for themselves
+#else
+constexpr long allowedKib = 1024; // allocator noise over hundreds of clients
+#endif
+
+// IED_CONNECTS sets another number of clients, for a longer run by hand.
+int clientCount() {
+    const char *count = std::getenv("IED_CONNECTS");
+    return count ? std::atoi(count) : 500;
+}
+
+} // namespace
+
+TEST_F(ConnectDisconnect, hundreds_of_clients_leave_no_slot_descriptor_or_memory_behind) {
+    const pid_t pid = server->process.pid;
+    for (int i = 0; i < 130; ++i) // every task has served, every buffer is in place
+        visit(server->port, i);
+    expectIntact();
+    const std::size_t descriptors = descriptorCount(pid);
+    const long memory = privateKib(pid);
+    for (int i = 0; i < clientCount(); ++i)
+        visit(server->port, i);
+    expectIntact();
+    EXPECT_TRUE(waitUntil([&] { return descriptorCount(pid) == descriptors; })) << descriptorCount(pid);
+    EXPECT_LE(privateKib(pid), memory + allowedKib);
+    // All places are free: that many clients are served at once.
+    std::vector<RawClient> clients(64);
+    for (RawClient &client : clients)
+        ASSERT_TRUE(associate(client, server->port));
+}

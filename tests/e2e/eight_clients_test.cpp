@@ -1,0 +1,135 @@
+// Many clients at once: fair service, a full server, and clients that stop playing along.
+#include "tests/support/serverFixture.h"
+
+#include <atomic>
+#include <linux/filter.h>
+#include <sys/socket.h>
+#include <thread>
+
+using namespace ied::test;
+
+namespace {
+
+constexpr std::size_t places = 8;
+
+class EightClients : public ServerSuite {
+  protected:
+    // Dead peers are found within a few seconds.
+    static void SetUpTestSuite() {
+        startSuite(
+            {"", {"tickRate=1000", "keepIdle=1", "keepIntvl=1", "keepCnt=2", "maxSendFail=20"}, {}, true});
+    }
+    void TearDown() override { expectIntact(); }
+};
+
+const std::string readHex = dataFrame(read(1, "ZRX418MEAS", "MMXU1$MX"));
+
+// From now on no segment of the peer reaches this socket, not even to be acknowledged: as if the
+// host had lost its link. Nothing is sent at its close either, for the socket stays open.
+void loseLink(RawClient &client) {
+    sock_filter drop = BPF_STMT(BPF_RET | BPF_K, 0);
+    const sock_fprog program{1, &drop};
+    ASSERT_EQ(setsockopt(client.socket, SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program), 0);
+}
+
+} // namespace
+
+TEST_F(EightClients, all_read_without_pause_and_each_gets_its_own_answers) {
+    constexpr int reads = 100;
+    std::atomic<int> good = 0;
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < places; ++i)
+        threads.emplace_back([&, i] {
+            RawClient client;
+            if (!associate(client, server->port))
+                return;
+            for (int round = 0; round < reads; ++round) {
+                const int id = static_cast<int>(i) * 10 + round % 10;
+                const std::string answer = ask(client, read(id, "ZRX418MEAS", "MMXU1$ST$Mod")).value_or("");
+                good += answer.size() > 12 &&
+                        answer.substr(4, 6) == "0201" + hex(std::string(1, static_cast<char>(id)));
+            }
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(good, reads * static_cast<int>(places));
+}
+
+TEST_F(EightClients, a_ninth_waits_and_is_served_when_one_leaves) {
+    std::vector<RawClient> clients(places);
+    for (RawClient &client : clients)
+        ASSERT_TRUE(associate(client, server->port));
+    RawClient ninth;
+    connectTo(ninth, server->port); // the host's queue takes it
+    sendHex(ninth, connectionRequestHex);
+    EXPECT_FALSE(receiveFrame(ninth, Milliseconds(300))) << "served as a ninth";
+    for (RawClient &client : clients)
+        EXPECT_TRUE(ask(client, read(1, "ZRX418MEAS", "LLN0$ST$Mod")));
+    disconnect(clients[3]);
+    EXPECT_EQ(receiveFrame(ninth), canonical(connectionConfirmHex));
+    sendHex(ninth, associateRequestHex);
+    EXPECT_EQ(receiveFrame(ninth), canonical(associateResponseHex));
+}
+
+TEST_F(EightClients, one_that_never_reads_is_dropped_and_holds_nobody_up) {
+    RawClient deaf;
+    ASSERT_TRUE(associate(deaf, server->port));
+    int small = 4096;
+    setsockopt(deaf.socket, SOL_SOCKET, SO_RCVBUF, &small, sizeof small);
+    RawClient other;
+    ASSERT_TRUE(associate(other, server->port));
+    std::atomic<bool> dropped = false;
+    std::thread writer([&] {
+        const std::string frame = octets(readHex);
+        for (int i = 0; i < 100000 && sendOctets(deaf, frame); ++i) {
+        }
+        dropped = true;
+    });
+    int answers = 0;
+    EXPECT_TRUE(waitUntil([&] {
+        answers += ask(other, read(1, "ZRX418MEAS", "LLN0$ST$Mod")).has_value();
+        return dropped.load();
+    }));
+    writer.join();
+    EXPECT_GT(answers, 10);
+}
+
+TEST_F(EightClients, one_that_sends_an_octet_now_and_then_holds_nobody_up) {
+    RawClient slow;
+    connectTo(slow, server->port);
+    RawClient other;
+    ASSERT_TRUE(associate(other, server->port));
+    for (char octet : octets(connectionRequestHex)) {
+        ASSERT_TRUE(sendOctets(slow, std::string(1, octet)));
+        ASSERT_TRUE(ask(other, read(1, "ZRX418MEAS", "LLN0$ST$Mod")));
+    }
+    EXPECT_EQ(receiveFrame(slow), canonical(connectionConfirmHex));
+}
+
+TEST_F(EightClients, those_that_vanish_without_a_word_are_found_out) {
+    std::vector<RawClient> lost(places);
+    for (std::size_t i = 0; i < places; ++i) {
+        ASSERT_TRUE(associate(lost[i], server->port));
+        loseLink(lost[i]);
+        if (i % 2 == 0)
+            sendHex(lost[i], readHex); // an answer that nobody acknowledges is under way
+    }
+    EXPECT_TRUE(servesHonestClient(server->port)) << "all places stay taken";
+}
+
+TEST_F(EightClients, resets_in_every_state_leave_nothing) {
+    for (int round = 0; round < 3; ++round) {
+        RawClient silent, transport, associated, asking, cut;
+        connectTo(silent, server->port);
+        connectTo(transport, server->port);
+        sendHex(transport, connectionRequestHex);
+        ASSERT_TRUE(receiveFrame(transport));
+        ASSERT_TRUE(associate(associated, server->port));
+        ASSERT_TRUE(associate(asking, server->port));
+        sendHex(asking, readHex + readHex + readHex);
+        ASSERT_TRUE(associate(cut, server->port));
+        sendHex(cut, readHex.substr(0, 40));
+        for (RawClient *client : {&silent, &transport, &associated, &asking, &cut})
+            vanish(*client);
+    }
+}

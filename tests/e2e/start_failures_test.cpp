@@ -1,0 +1,177 @@
+// A start that cannot succeed says why, on the terminal, and ends.
+#include "tests/support/serverProcess.h"
+#include "tests/support/tcp.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace ied::test;
+
+namespace {
+
+std::string withId(const std::string &text, const std::string &from, const std::string &to) {
+    std::string changed = text;
+    const std::size_t at = changed.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return changed.replace(at, from.size(), to);
+}
+
+struct BadIcd {
+    const char *name;
+    std::string (*content)(const std::string &full);
+    std::vector<std::string> words; // of the message
+    int status = 255;
+};
+
+class BadIcdFile : public testing::TestWithParam<BadIcd> {};
+
+// Starts a server that should end by itself; what it said.
+std::string startAndEnd(ServerProcess &server, int &status) {
+    launchServer(server);
+    const std::optional<int> end = waitExit(server.process);
+    EXPECT_TRUE(end) << "still running";
+    status = end.value_or(-1);
+    return output(server.process) + errors(server.process);
+}
+
+const std::size_t middle = 250000;
+
+} // namespace
+
+TEST_P(BadIcdFile, ends_the_start_with_a_message_that_names_the_fault) {
+    TempFolder folder;
+    const std::string path = folder.path + "/bad.icd";
+    writeFile(path, GetParam().content(readFile(fullIcd())));
+    ServerProcess server({path, {}, {}, true});
+    int status = 0;
+    const std::string said = startAndEnd(server, status);
+    EXPECT_EQ(status, GetParam().status);
+    for (const std::string &word : GetParam().words)
+        EXPECT_NE(said.find(word), std::string::npos) << "'" << word << "' is not in:\n" << said;
+    EXPECT_FALSE(listening(server.port));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, BadIcdFile,
+    testing::Values(
+        BadIcd{"empty",
+               [](const std::string &) { return std::string(); },
+               {"Parse error at line 1", "no element found"}},
+        BadIcd{"text",
+               [](const std::string &) { return std::string("hello\n"); },
+               {"Parse error at line 1", "bad.icd:1"}},
+        BadIcd{
+            "binary", [](const std::string &) { return std::string(5000, '\0'); }, {"Parse error at line 1"}},
+        BadIcd{"otherXml", [](const std::string &) { return std::string("<html/>"); }, {"bad.icd", "ICD"}},
+        BadIcd{"truncated",
+               [](const std::string &full) { return full.substr(0, middle); },
+               {"Parse error at line", "bad.icd:"}},
+        BadIcd{"missingType",
+               [](const std::string &full) { return withId(full, "lnType=\"MMXU\"", "lnType=\"NOSUCH\""); },
+               {"NOSUCH", "MMXU1", "bad.icd:"}},
+        BadIcd{
+            "badAddress",
+            [](const std::string &full) { return withId(full, "sAddr=\"RT.TotW\"", "sAddr=\"RT.NoSuch\""); },
+            {"RT.NoSuch"},
+            0}),
+    [](const auto &parameter) { return std::string(parameter.param.name); });
+
+TEST(StartFailure, a_missing_icd_file_is_named) {
+    ServerProcess server({"/nonexistent/file.icd", {}, {}, true});
+    int status = 0;
+    const std::string said = startAndEnd(server, status);
+    EXPECT_EQ(status, 255);
+    EXPECT_NE(said.find("Open file /nonexistent/file.icd failed!"), std::string::npos) << said;
+    EXPECT_NE(said.find("No such file"), std::string::npos) << said;
+}
+
+// As root every file can be read and every port taken: rights are dropped first.
+TEST(StartFailure, an_unreadable_icd_file_is_named) {
+    TempFolder folder;
+    const std::string path = folder.path + "/secret.icd";
+    writeFile(path, readFile(fullIcd()));
+    chmod(folder.path.c_str(), 0755);
+    chmod(path.c_str(), geteuid() == 0 ? 0600 : 0000);
+    std::vector<std::string> arguments = {
+        binary("ied-server"),      "--icd", path, "--root", folder.path, "--instance", uniqueName(), "--port",
+        std::to_string(freePort())};
+    Region region(arguments[6]);
+    fchmod(region.descriptor, 0666);
+    announceReady(region);
+    if (geteuid() == 0)
+        arguments.insert(arguments.begin(),
+                         {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
+    const RunResult result = run(arguments);
+    EXPECT_EQ(result.status, 255) << result.out << result.err;
+    EXPECT_NE((result.out + result.err).find("Permission denied"), std::string::npos)
+        << result.out << result.err;
+}
+
+TEST(StartFailure, a_port_below_1024_without_the_right_is_named) {
+    TempFolder folder;
+    chmod(folder.path.c_str(), 0777);
+    const std::string low = readFile("/proc/sys/net/ipv4/ip_unprivileged_port_start");
+    if (std::atoi(low.c_str()) <= 1)
+        GTEST_SKIP() << "every port is free to all on this host";
+    std::vector<std::string> arguments = {
+        binary("ied-server"), "--icd",      fullIcd(), "--root", folder.path,
+        "--instance",         uniqueName(), "--port",  "1"};
+    Region region(arguments[6]);
+    fchmod(region.descriptor, 0666);
+    announceReady(region);
+    if (geteuid() == 0)
+        arguments.insert(arguments.begin(), {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534",
+                                             "--clear-groups", "--bounding-set=-all", "--inh-caps=-all"});
+    const RunResult result = run(arguments);
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_NE(result.err.find("port 1: Permission denied"), std::string::npos) << result.out << result.err;
+}
+
+TEST(StartFailure, an_occupied_port_is_named) {
+    ServerProcess first;
+    ASSERT_TRUE(startServer(first));
+    ServerProcess second;
+    second.port = first.port;
+    int status = 0;
+    const std::string said = startAndEnd(second, status);
+    EXPECT_EQ(status, 0);
+    EXPECT_NE(said.find("port " + std::to_string(first.port) + ": Address already in use"), std::string::npos)
+        << said;
+    EXPECT_TRUE(running(first.process));
+}
+
+TEST(StartFailure, an_instrument_that_is_not_ready_is_waited_for_and_said_once) {
+    ServerProcess server({"", {}, {}, false});
+    launchServer(server);
+    const auto said = [&] { return output(server.process) + errors(server.process); };
+    const std::string waiting = "Waiting for the instrument";
+    EXPECT_TRUE(waitUntil([&] { return said().find(waiting) != std::string::npos; }));
+    EXPECT_FALSE(listening(server.port));
+    announceReady(server.region);
+    EXPECT_TRUE(waitUntil([&] { return listening(server.port); }));
+    const std::string all = said();
+    EXPECT_EQ(all.find(waiting), all.rfind(waiting)) << all;
+    EXPECT_EQ(stop(server.process), 0);
+}
+
+TEST(StartFailure, wrong_options_end_with_status_two_and_name_what_is_wrong) {
+    struct Row {
+        std::vector<std::string> arguments;
+        const char *word;
+    };
+    for (const Row &row :
+         {Row{{"--set", "nosuch=1"}, "nosuch"}, Row{{"--set", "tickRate=0"}, "tickRate"},
+          Row{{"--set", "maxTpduSize=7"}, "maxTpduSize"}, Row{{"--set", "maxClientNum=x"}, "maxClientNum"},
+          Row{{"--set", "dbHook=1"}, "dbHook"}, Row{{"--set", "tickRate"}, "tickRate"},
+          Row{{"--port", "70000"}, "70000"}, Row{{"--nosuch"}, "nosuch"}}) {
+        std::vector<std::string> arguments = {binary("ied-server")};
+        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+        const RunResult result = run(arguments);
+        EXPECT_EQ(result.status, 2) << row.word;
+        EXPECT_NE(result.err.find(row.word), std::string::npos) << result.err;
+    }
+}
