@@ -13,12 +13,14 @@ extern "C" int LLVMFuzzerTestOneInput(const u8 *data, std::size_t size) {
     static test::SmallModel *const model = new test::SmallModel;
     static test::Conversation *const conversation = new test::Conversation;
     static_cast<void>(model);
-    if (size == 0)
+    if (size == 0) {
         return 0;
+    }
     conversation->restart();
     const std::size_t step = data[0] == 0 ? size : data[0];
-    for (std::size_t at = 1; at < size; at += step)
+    for (std::size_t at = 1; at < size; at += step) {
         conversation->sendOctets({data + at, std::min(step, size - at)});
+    }
     conversation->restart();
     conversation->associate();
     return 0;

@@ -29,34 +29,41 @@ std::size_t goodNext;
 
 void printCounts() {
     u64 all = 0;
-    for (const u64 n : reached)
+    for (const u64 n : reached) {
         all += n;
+    }
     std::fprintf(stderr, "inputs %llu, with a service %llu; PDUs %llu, in the dispatch of services %llu\n",
                  static_cast<unsigned long long>(inputs), static_cast<unsigned long long>(inputsThatReached),
                  static_cast<unsigned long long>(pdus), static_cast<unsigned long long>(all));
-    for (std::size_t i = 0; i < reached.size(); ++i)
-        if (reached[i] != 0)
+    for (std::size_t i = 0; i < reached.size(); ++i) {
+        if (reached[i] != 0) {
             std::fprintf(stderr, "  service %zu: %llu\n", i, static_cast<unsigned long long>(reached[i]));
+        }
+    }
 }
 
-// The PDU in a session data frame with the context of MMS.
-std::vector<u8> dataFrame(const fuzz::BerElement &pdu) {
-    const fuzz::BerElement context{{0x02}, {3}, {}, false};
-    const fuzz::BerElement value{{0xA0}, {}, {pdu}, true};
-    const fuzz::BerElement list{{0x30}, {}, {context, value}, true};
-    const std::vector<u8> body = fuzz::writeBer({{0x61}, {}, {list}, true});
-    const std::size_t length = body.size() + 11;
-    std::vector<u8> frame{3, 0, static_cast<u8>(length >> 8), static_cast<u8>(length), 2, 0xF0, 0x80, 1, 0, 1, 0};
-    frame.insert(frame.end(), body.begin(), body.end());
-    return frame;
+// Puts the PDU into a session data frame with the context of MMS.
+void frameAround(std::span<const u8> pdu, std::vector<u8> *frame) {
+    // Long forms of two octets throughout: valid, and the same place for every size.
+    const std::size_t value = pdu.size();
+    const std::size_t list = value + 7;
+    const std::size_t body = list + 4;
+    const std::size_t length = body + 4 + 11;
+    const auto high = [](std::size_t n) { return static_cast<u8>(n >> 8); };
+    const auto low = [](std::size_t n) { return static_cast<u8>(n); };
+    *frame = {3, 0,    high(length), low(length), 2,           0xF0,      0x80, 1,          0,         1,
+              0, 0x61, 0x82,         high(body),  low(body),   0x30,      0x82, high(list), low(list), 0x02,
+              1, 3,    0xA0,         0x82,        high(value), low(value)};
+    frame->insert(frame->end(), pdu.begin(), pdu.end());
 }
 
 struct World {
     test::SmallModel model;
     test::Conversation conversation;
     World() {
-        if (std::getenv("IED_FUZZ_COUNTS") != nullptr)
+        if (std::getenv("IED_FUZZ_COUNTS") != nullptr) {
             std::atexit(printCounts);
+        }
         conversation.reachData();
     }
 };
@@ -88,11 +95,14 @@ extern "C" int LLVMFuzzerTestOneInput(const u8 *data, std::size_t size) {
     client.status = CS_DATA;
     reachedNow = false;
     std::memset(client.supportServ, 1, sizeof client.supportServ);
-    for (const fuzz::BerElement &pdu : fuzz::parseBer({data, size})) {
+    static std::vector<u8> frame;
+    for (const fuzz::BerPlace &place : fuzz::outerElements({data, size})) {
         ++pdus;
-        w.conversation.give(dataFrame(pdu));
-        if (w.conversation.status() < CS_ASSOCIATED)
+        frameAround({data + place.begin, place.end - place.begin}, &frame);
+        w.conversation.give(frame);
+        if (w.conversation.status() < CS_ASSOCIATED) {
             break;
+        }
     }
     w.conversation.restart(); // what did not decode is forgotten
     ++inputs;
@@ -103,20 +113,29 @@ extern "C" int LLVMFuzzerTestOneInput(const u8 *data, std::size_t size) {
     return 0;
 }
 
-extern "C" std::size_t LLVMFuzzerCustomMutator(u8 *data, std::size_t size, std::size_t maxSize, unsigned seed) {
+extern "C" std::size_t LLVMFuzzerCustomMutator(u8 *data, std::size_t size, std::size_t maxSize,
+                                               unsigned seed) {
     const std::vector<u8> &from = good[seed / 2 % good.size()];
-    std::vector<fuzz::BerElement> elements =
-        seed % 2 == 0 && !from.empty() ? fuzz::parseBer(from) : fuzz::parseBer({data, size});
-    if (elements.empty() || seed % 33 == 0)
+    if (seed % 2 == 0 && !from.empty() && from.size() <= maxSize) {
+        std::memcpy(data, from.data(), from.size());
+        size = from.size();
+    }
+    if (seed % 5 != 0 && fuzz::mutateInPlace({data, size}, seed / 5)) {
+        return size;
+    }
+    std::vector<fuzz::BerElement> elements = fuzz::parseBer({data, size});
+    if (elements.empty() || seed % 33 == 0) {
         return LLVMFuzzerMutate(data, size, maxSize);
+    }
     fuzz::mutateBer(&elements[seed / 7 % elements.size()], seed / 5, LLVMFuzzerMutate);
     std::vector<u8> out;
     for (const fuzz::BerElement &element : elements) {
         const std::vector<u8> octets = fuzz::writeBer(element);
         out.insert(out.end(), octets.begin(), octets.end());
     }
-    if (out.empty() || out.size() > maxSize)
+    if (out.empty() || out.size() > maxSize) {
         return LLVMFuzzerMutate(data, size, maxSize);
+    }
     std::memcpy(data, out.data(), out.size());
     return out.size();
 }

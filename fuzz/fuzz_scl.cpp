@@ -20,8 +20,12 @@ std::size_t left;
 std::jmp_buf ended; // NOLINT: the one way out of exit() that keeps this process
 bool reading;
 
-int openText(const char *, int, unsigned) { return 1000; }
-int closeText(int) { return 0; }
+int openText(const char *, int, unsigned) {
+    return 1000;
+}
+int closeText(int) {
+    return 0;
+}
 
 long readText(int, void *buffer, std::size_t length) {
     const std::size_t n = length < left ? length : left;
@@ -36,16 +40,23 @@ long readText(int, void *buffer, std::size_t length) {
 // NOLINTBEGIN: the names that the linker's --wrap makes of the three ways to end the process
 extern "C" [[noreturn]] void __real_exit(int status);
 extern "C" [[noreturn]] void __wrap_exit(int status) {
-    if (!reading)
+    if (!reading) {
         __real_exit(status);
+    }
     std::longjmp(ended, 1);
 }
-extern "C" [[noreturn]] void __wrap__ZN3ied8taskExitEi(int status) { __wrap_exit(status); }
-extern "C" [[noreturn]] void __wrap__ZN3ied11processExitEi(int status) { __wrap_exit(status); }
+extern "C" [[noreturn]] void __wrap__ZN3ied8taskExitEi(int status) {
+    __wrap_exit(status);
+}
+extern "C" [[noreturn]] void __wrap__ZN3ied11processExitEi(int status) {
+    __wrap_exit(status);
+}
 // NOLINTEND
 
 // A file that is refused ends the process as it is; here what it held is left behind.
-extern "C" const char *__asan_default_options() { return "detect_leaks=0"; } // NOLINT
+extern "C" const char *__asan_default_options() {
+    return "detect_leaks=0";
+} // NOLINT
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
     externGlbCfgInit();
@@ -60,8 +71,9 @@ extern "C" int LLVMFuzzerTestOneInput(const u8 *data, std::size_t size) {
     text = data;
     left = size;
     reading = true;
-    if (setjmp(ended) == 0) // NOLINT
+    if (setjmp(ended) == 0) { // NOLINT
         modelInit("/tffs0/fuzz.icd", poolSize);
+    }
     reading = false;
     modelForget();
     return 0;

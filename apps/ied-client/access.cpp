@@ -24,20 +24,23 @@ void pauseFor(f64 seconds) {
 }
 
 bool hasError(const std::vector<Row> &rows) {
-    for (const Row &row : rows)
-        if (!row.value)
+    for (const Row &row : rows) {
+        if (!row.value) {
             return true;
+        }
+    }
     return false;
 }
 
 void printRows(const Session &session, const std::vector<Row> &rows, bool first) {
     const bool redraw = session.options.watch && session.style.terminal;
     std::string text;
-    if (session.options.json)
+    if (session.options.json) {
         text = rowsJson(rows, now()) + "\n";
-    else
+    } else {
         text = (redraw ? "\033[H\033[2J" : first ? "" : "\n") + rowsText(rows, session.style);
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    }
+    print(text);
     std::fflush(stdout);
 }
 
@@ -51,12 +54,14 @@ std::vector<Variable> wantedVariables(Session &session, int &status) {
             continue;
         }
         const std::optional<std::vector<Variable>> found = resolve(session.model, *reference);
-        if (found)
+        if (found) {
             variables.insert(variables.end(), found->begin(), found->end());
-        else
+        } else {
             status = fail(session);
-        if (session.model.connection.socket < 0)
+        }
+        if (session.model.connection.socket < 0) {
             break;
+        }
     }
     return variables;
 }
@@ -65,13 +70,15 @@ std::vector<Variable> wantedVariables(Session &session, int &status) {
 std::optional<Variable> writeTarget(Session &session, const Reference &reference) {
     const Type *node =
         reference.node.empty() ? nullptr : nodeType(session.model, reference.device, reference.node);
-    if (node && reference.fc.empty() && !reference.path.empty())
-        for (const char *fc : writableFcs)
+    if (node && reference.fc.empty() && !reference.path.empty()) {
+        for (const char *fc : writableFcs) {
             if (const Type *type = typeAt(*node, fc, reference.path)) {
                 Variable variable{reference, type};
                 variable.reference.fc = fc;
                 return variable;
             }
+        }
+    }
     const std::optional<std::vector<Variable>> found = resolve(session.model, reference);
     return found && !found->empty() ? std::optional(found->front()) : std::nullopt;
 }
@@ -81,53 +88,66 @@ std::optional<Variable> writeTarget(Session &session, const Reference &reference
 int readValues(Session &session) {
     int status = statusGood;
     const std::vector<Variable> variables = wantedVariables(session, status);
-    if (variables.empty())
+    if (variables.empty()) {
         return status;
+    }
     const std::optional<Reading> reading = prepareReading(session.model, variables);
-    if (!reading)
+    if (!reading) {
         return fail(session);
+    }
     for (u32 round = 1;; ++round) {
         const std::optional<std::vector<Row>> rows = readRows(session.model, *reading);
-        if (!rows)
+        if (!rows) {
             return fail(session);
+        }
         printRows(session, *rows, round == 1);
-        if (status == statusGood && hasError(*rows))
+        if (status == statusGood && hasError(*rows)) {
             status = statusRefused;
-        if (!session.options.watch || round == session.options.rounds || stopRequested())
+        }
+        if (!session.options.watch || round == session.options.rounds || stopRequested()) {
             return status;
+        }
         pauseFor(session.options.interval);
-        if (stopRequested())
+        if (stopRequested()) {
             return status;
+        }
     }
 }
 
 int writeValue(Session &session) {
     const std::string &text = session.options.arguments[1];
     const std::optional<Reference> reference = referenceArgument(session.options.arguments[0]);
-    if (!reference)
+    if (!reference) {
         return statusUsage;
+    }
     const std::optional<Variable> target = writeTarget(session, *reference);
-    if (!target)
+    if (!target) {
         return fail(session);
+    }
     std::string why;
     const std::optional<Value> value = parseValue(text, *target->type, why);
     const std::string name = personal(target->reference);
-    if (!value && (target->type->kind == Kind::structure || target->type->kind == Kind::array))
+    if (!value && (target->type->kind == Kind::structure || target->type->kind == Kind::array)) {
         return fail(statusUsage, name + " holds several values: name one of them");
-    if (!value)
+    }
+    if (!value) {
         return fail(statusUsage, name + " is of type " + typeName(*target->type) + " and takes " + why);
+    }
     const std::optional<Element> answer =
         request(session.model.connection, writeRequest(variableName(target->reference), *value));
     const std::optional<i64> result = answer ? writeResponse(*answer) : std::nullopt;
-    if (!result)
-        return answer ? fail(statusNoConnection, "the server sent a malformed answer") : fail(session, name);
-    if (*result >= 0)
+    if (!result) {
+        return answer ? failMalformed() : fail(session, name);
+    }
+    if (*result >= 0) {
         return fail(statusRefused, name + " was not written: " + dataAccessError(*result));
-    if (session.options.json)
+    }
+    if (session.options.json) {
         std::printf("{\"reference\":%s,\"written\":%s}\n", jsonString(name).c_str(),
                     jsonValue(*value, target->type).c_str());
-    else
+    } else {
         std::printf("%s = %s\n", name.c_str(), valueText(*value).c_str());
+    }
     return statusGood;
 }
 

@@ -24,9 +24,11 @@ std::optional<f64> firstNumber(const Value &value) {
     case Kind::unsignedInt:
         return static_cast<f64>(value.unsignedInt);
     default:
-        for (const Value &item : value.items)
-            if (const std::optional<f64> number = firstNumber(item))
+        for (const Value &item : value.items) {
+            if (const std::optional<f64> number = firstNumber(item)) {
                 return number;
+            }
+        }
         return std::nullopt;
     }
 }
@@ -69,8 +71,9 @@ std::vector<f64> magnitudes(const Value &array) {
     std::vector<f64> values;
     for (const Value &item : array.items) {
         const std::optional<f64> number = firstNumber(item);
-        if (!number)
+        if (!number) {
             return {};
+        }
         values.push_back(*number);
     }
     return values;
@@ -83,8 +86,9 @@ std::string chartText(const std::vector<f64> &values, u32 firstIndex, const std:
     const std::size_t perColumn = (values.size() + room - 1) / room;
     std::vector<f64> bars;
     for (std::size_t i = 0; i < values.size(); ++i) {
-        if (i % perColumn == 0)
+        if (i % perColumn == 0) {
             bars.push_back(0);
+        }
         bars.back() = std::max(bars.back(), finite(values[i]));
     }
     const f64 scale = scaleOf(bars);

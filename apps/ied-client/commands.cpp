@@ -48,11 +48,20 @@ int fail(Status status, const std::string &text) {
     return status;
 }
 
+int failMalformed() {
+    return fail(statusNoConnection, "the server sent a malformed answer");
+}
+
+void print(const std::string &text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
 std::optional<Reference> referenceArgument(const std::string &text) {
     std::string why;
     std::optional<Reference> reference = parseReference(text, why);
-    if (!reference)
+    if (!reference) {
         fail(statusUsage, "'" + text + "': " + why);
+    }
     return reference;
 }
 

@@ -31,6 +31,12 @@ int fail(const Session &session, const std::string &about = "");
 // Says a text as a failure; returns `status`.
 int fail(Status status, const std::string &text);
 
+// Says that the server's answer makes no sense; returns the status of a lost connection.
+int failMalformed();
+
+// Writes a result to the standard output.
+void print(const std::string &text);
+
 // A reference from the command line, or nothing after a message.
 std::optional<Reference> referenceArgument(const std::string &text);
 

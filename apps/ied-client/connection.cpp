@@ -11,8 +11,9 @@ namespace {
 constexpr i64 proposedPduSize = 65000;
 
 void closeSocket(Connection &connection) {
-    if (connection.socket >= 0)
+    if (connection.socket >= 0) {
         close(connection.socket);
+    }
     connection.socket = -1;
 }
 
@@ -24,17 +25,20 @@ bool lose(Connection &connection, const std::string &text) {
 
 bool sendOctets(Connection &connection, const Bytes &octets, Clock::time_point deadline) {
     std::string why;
-    if (connection.socket < 0)
+    if (connection.socket < 0) {
         return lose(connection, "not connected");
+    }
     return sendAll(connection.socket, octets, deadline, why) || lose(connection, "connection lost: " + why);
 }
 
 // Whether a message is an unconfirmed PDU (a report); it then goes to whoever wants it.
 bool handleUnconfirmed(Connection &connection, const Received &received) {
-    if (received.message != Message::data || parseAnswer(received.mms).kind != Answer::Kind::unconfirmed)
+    if (received.message != Message::data || parseAnswer(received.mms).kind != Answer::Kind::unconfirmed) {
         return false;
-    if (connection.unconfirmed)
+    }
+    if (connection.unconfirmed) {
         connection.unconfirmed(received.mms);
+    }
     return true;
 }
 
@@ -54,8 +58,9 @@ std::optional<Received> receive(Connection &connection, Clock::time_point deadli
                 lose(connection, "the server sent a malformed message: " + received->reason);
                 return std::nullopt;
             default:
-                if (handleUnconfirmed(connection, *received))
+                if (handleUnconfirmed(connection, *received)) {
                     continue;
+                }
                 return received;
             }
         }
@@ -69,8 +74,9 @@ std::optional<Received> receive(Connection &connection, Clock::time_point deadli
 
 std::optional<Received> exchange(Connection &connection, const Bytes &octets, Message wanted) {
     const Clock::time_point deadline = Clock::now() + connection.timeout;
-    if (!sendOctets(connection, octets, deadline))
+    if (!sendOctets(connection, octets, deadline)) {
         return std::nullopt;
+    }
     std::optional<Received> received = receive(connection, deadline);
     if (received && received->message != wanted) {
         lose(connection, "the server sent an unexpected message");
@@ -88,20 +94,24 @@ Connection::~Connection() {
 bool connect(Connection &connection, const std::string &host, u16 port) {
     std::string why;
     connection.socket = openStream(host, port, Clock::now() + connection.timeout, why);
-    if (connection.socket < 0)
+    if (connection.socket < 0) {
         return lose(connection, "cannot connect to " + host + " port " + std::to_string(port) + ": " + why);
+    }
     if (!exchange(connection, connectionRequest(), Message::connectionConfirm)) {
-        if (connection.failure.text == "no answer: timed out")
+        if (connection.failure.text == "no answer: timed out") {
             connection.failure.text += " (all places for clients may be taken)";
+        }
         return false;
     }
     const std::optional<Received> accept =
         exchange(connection, associationRequest(initiateRequest(proposedPduSize)), Message::associated);
-    if (!accept)
+    if (!accept) {
         return false;
+    }
     const std::optional<Negotiated> negotiated = initiateResponse(accept->mms);
-    if (!negotiated)
+    if (!negotiated) {
         return lose(connection, "the server did not accept the MMS association");
+    }
     connection.negotiated = *negotiated;
     return true;
 }
@@ -109,8 +119,9 @@ bool connect(Connection &connection, const std::string &host, u16 port) {
 std::optional<Element> request(Connection &connection, View service) {
     const Clock::time_point deadline = Clock::now() + connection.timeout;
     const u32 id = ++connection.invokeId;
-    if (!sendOctets(connection, dataRequest(confirmedRequest(id, service)), deadline))
+    if (!sendOctets(connection, dataRequest(confirmedRequest(id, service)), deadline)) {
         return std::nullopt;
+    }
     while (std::optional<Received> received = receive(connection, deadline)) {
         if (received->message != Message::data) {
             lose(connection, "the server ended the association");
@@ -122,10 +133,12 @@ std::optional<Element> request(Connection &connection, View service) {
             lose(connection, "the server sent a malformed MMS PDU");
             return std::nullopt;
         }
-        if (answer.hasInvokeId && answer.invokeId != id)
+        if (answer.hasInvokeId && answer.invokeId != id) {
             continue; // the late answer to a request that was given up
-        if (answer.kind == Answer::Kind::response)
+        }
+        if (answer.kind == Answer::Kind::response) {
             return answer.service;
+        }
         connection.failure = {statusRefused, answer.text};
         return std::nullopt;
     }
@@ -133,8 +146,9 @@ std::optional<Element> request(Connection &connection, View service) {
 }
 
 void release(Connection &connection) {
-    if (connection.socket >= 0 && exchange(connection, dataRequest(concludeRequest()), Message::data))
+    if (connection.socket >= 0 && exchange(connection, dataRequest(concludeRequest()), Message::data)) {
         exchange(connection, releaseRequest(), Message::released);
+    }
     closeSocket(connection);
 }
 

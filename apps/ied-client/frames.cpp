@@ -70,30 +70,35 @@ Received acceptedAssociation(View presentation) {
     Reader set{expect(outer, 0x31)};
     take(set, 0xA0);
     Reader parameters{expect(set, 0xA2)};
-    while (more(parameters) && parameters.rest[0] != 0x61 && !parameters.failed)
+    while (more(parameters) && parameters.rest[0] != 0x61 && !parameters.failed) {
         next(parameters);
+    }
     const Element aare = presentationValue(parameters.rest);
-    if (aare.tag != 0x61)
+    if (aare.tag != 0x61) {
         return failed("connect answer without an ACSE response");
+    }
     Reader fields{aare.content};
     while (more(fields)) {
         const Element field = next(fields);
         if (field.tag == 0xA2) {
             Reader result{field.content};
             const std::optional<i64> code = toInteger(expect(result, 0x02));
-            if (code != 0)
+            if (code != 0) {
                 return {Message::refused, {}, "association rejected"};
+            }
         }
-        if (field.tag != 0xBE)
+        if (field.tag != 0xBE) {
             continue;
+        }
         Reader external{field.content};
         Reader parts{expect(external, 0x28)};
         take(parts, 0x06);
         take(parts, 0x02);
         Reader value{expect(parts, 0xA0)};
         const Element mms = next(value);
-        if (!value.failed)
+        if (!value.failed) {
             return {Message::associated, wholeElement(mms), ""};
+        }
     }
     return failed("connect answer without an MMS initiate response");
 }
@@ -102,39 +107,48 @@ Received acceptedAssociation(View presentation) {
 std::optional<View> sessionUserData(View spdu) {
     std::size_t at = 1;
     const auto length = [&]() -> std::size_t {
-        if (at >= spdu.size())
+        if (at >= spdu.size()) {
             return spdu.size();
-        if (spdu[at] != 0xFF)
+        }
+        if (spdu[at] != 0xFF) {
             return spdu[at++];
-        if (at + 3 > spdu.size())
+        }
+        if (at + 3 > spdu.size()) {
             return spdu.size();
+        }
         at += 3;
         return static_cast<std::size_t>(spdu[at - 2] << 8 | spdu[at - 1]);
     };
-    if (length() > spdu.size() - at)
+    if (length() > spdu.size() - at) {
         return std::nullopt;
+    }
     while (at < spdu.size()) {
         const u8 code = spdu[at++];
         const std::size_t size = length();
-        if (at > spdu.size() || size > spdu.size() - at)
+        if (at > spdu.size() || size > spdu.size() - at) {
             return std::nullopt;
-        if (code == 0xC1)
+        }
+        if (code == 0xC1) {
             return spdu.subspan(at, size);
+        }
         at += size;
     }
     return std::nullopt;
 }
 
 Received sessionMessage(View spdu) {
-    if (spdu.size() < 2)
+    if (spdu.size() < 2) {
         return failed("short session header");
+    }
     switch (spdu[0]) {
     case 1: { // Give Tokens, Data Transfer
-        if (spdu.size() < 4 || spdu[1] != 0 || spdu[2] != 1 || spdu[3] != 0)
+        if (spdu.size() < 4 || spdu[1] != 0 || spdu[2] != 1 || spdu[3] != 0) {
             return failed("session data header");
+        }
         const Element value = presentationValue(spdu.subspan(4));
-        if (value.tag == 0)
+        if (value.tag == 0) {
             return failed("presentation user data");
+        }
         return {Message::data, wholeElement(value), ""};
     }
     case 14: { // ACCEPT
@@ -199,18 +213,23 @@ std::optional<Received> nextMessage(Assembler &assembler) {
     Bytes &stream = assembler.stream;
     while (stream.size() >= tpktHeader) {
         const std::size_t length = static_cast<std::size_t>(stream[2] << 8 | stream[3]);
-        if (stream[0] != 3 || length < tpktHeader + 3)
+        if (stream[0] != 3 || length < tpktHeader + 3) {
             return failed("TPKT header");
-        if (length > stream.size())
+        }
+        if (length > stream.size()) {
             return std::nullopt;
+        }
         const Bytes frame(stream.begin() + tpktHeader, stream.begin() + static_cast<std::ptrdiff_t>(length));
         stream.erase(stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(length));
-        if (frame[1] == transportConfirm)
+        if (frame[1] == transportConfirm) {
             return Received{Message::connectionConfirm, {}, ""};
-        if (frame[1] != transportData || frame[0] != 2)
+        }
+        if (frame[1] != transportData || frame[0] != 2) {
             return Received{Message::refused, {}, "transport connection refused"};
-        if (assembler.partial.size() + frame.size() > messageLimit)
+        }
+        if (assembler.partial.size() + frame.size() > messageLimit) {
             return failed("message without an end");
+        }
         appendTo(assembler.partial, View(frame).subspan(3));
         if (frame[2] & 0x80) {
             const Bytes spdu = std::move(assembler.partial);

@@ -10,17 +10,22 @@ namespace {
 // The value, and what belongs to it, of one row.
 std::string rowJson(const Row &row) {
     std::string text = "{\"reference\":" + jsonString(personal(row.reference));
-    if (!row.value)
+    if (!row.value) {
         return text + ",\"error\":" + jsonString(row.error) + "}";
+    }
     text += ",\"value\":" + jsonValue(*row.value, row.type);
-    if (!row.unit.empty())
+    if (!row.unit.empty()) {
         text += ",\"unit\":" + jsonString(row.unit);
-    if (row.scale != 1)
+    }
+    if (row.scale != 1) {
         text += ",\"scale\":" + numberText(row.scale, true);
-    if (row.quality)
+    }
+    if (row.quality) {
         text += ",\"quality\":" + jsonString(qualityText(*row.quality));
-    if (const std::optional<f64> time = row.time ? secondsOf(*row.time) : std::nullopt)
+    }
+    if (const std::optional<f64> time = row.time ? secondsOf(*row.time) : std::nullopt) {
         text += ",\"time\":" + jsonString(isoTime(*time));
+    }
     return text + "}";
 }
 
@@ -29,10 +34,11 @@ std::string itemsJson(const Value &value, const Type *type) {
     std::string text;
     for (std::size_t i = 0; i < value.items.size(); ++i) {
         text += i > 0 ? "," : "";
-        if (named)
+        if (named) {
             text += jsonString(type->names[i]) + ":" + jsonValue(value.items[i], &type->parts[i]);
-        else
+        } else {
             text += jsonValue(value.items[i], type && !type->parts.empty() ? &type->parts.front() : nullptr);
+        }
     }
     return named ? "{" + text + "}" : "[" + text + "]";
 }
@@ -42,8 +48,9 @@ std::string itemsJson(const Value &value, const Type *type) {
 std::string jsonString(const std::string &text) {
     std::string out = "\"";
     for (char c : printable(text)) {
-        if (c == '"' || c == '\\')
+        if (c == '"' || c == '\\') {
             out += '\\';
+        }
         out += c;
     }
     return out + "\"";
@@ -74,8 +81,9 @@ std::string jsonValue(const Value &value, const Type *type) {
 
 std::string rowsJson(const std::vector<Row> &rows, f64 seconds) {
     std::string text = "{\"time\":" + jsonString(isoTime(seconds)) + ",\"values\":[";
-    for (std::size_t i = 0; i < rows.size(); ++i)
+    for (std::size_t i = 0; i < rows.size(); ++i) {
         text += (i > 0 ? "," : "") + rowJson(rows[i]);
+    }
     return text + "]}";
 }
 

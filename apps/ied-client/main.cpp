@@ -15,8 +15,9 @@ Style outputStyle(const Options &options) {
     const char *noColour = std::getenv("NO_COLOR");
     style.colour = style.terminal && !(noColour && *noColour);
     winsize size{};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         style.width = size.ws_col;
+    }
     return style;
 }
 
@@ -25,15 +26,18 @@ Style outputStyle(const Options &options) {
 int main(int argc, char **argv) {
     int status = statusGood;
     const std::optional<Options> options = parseOptions(argc, argv, status);
-    if (!options)
+    if (!options) {
         return status;
+    }
     Connection connection;
     connection.timeout = std::chrono::milliseconds(static_cast<long>(options->timeout * 1000));
     Session session{*options, outputStyle(*options), Model{connection, {}, {}, {}}};
-    if (options->watch)
+    if (options->watch) {
         watchSignals();
-    if (!connect(connection, options->host, options->port))
+    }
+    if (!connect(connection, options->host, options->port)) {
         return fail(session);
+    }
     status = runCommand(session);
     release(connection);
     return status;

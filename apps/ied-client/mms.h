@@ -72,7 +72,6 @@ Bytes identifyRequest();
 Bytes getNameListRequest(ObjectClass objectClass, const std::string &domain, const std::string &after);
 Bytes getTypeRequest(const std::string &domain, const std::string &item);
 Bytes readRequest(const std::vector<VariableName> &variables);
-Bytes readListRequest(const std::string &domain, const std::string &list);
 Bytes writeRequest(const VariableName &variable, const Value &value);
 Bytes getListRequest(const std::string &domain, const std::string &list);
 

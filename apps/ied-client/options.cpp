@@ -68,10 +68,17 @@ bool isNegativeNumber(const std::string &text) {
 std::vector<std::string> reversedArguments(int argc, char **argv) {
     std::vector<std::string> arguments(argv + 1, argv + argc);
     const auto negative = std::find_if(arguments.begin(), arguments.end(), isNegativeNumber);
-    if (negative != arguments.end() && std::find(arguments.begin(), negative, "write") != negative)
+    if (negative != arguments.end() && std::find(arguments.begin(), negative, "write") != negative) {
         arguments.insert(negative, "--");
+    }
     std::reverse(arguments.begin(), arguments.end());
     return arguments;
+}
+
+// The word that stands where a command was expected, or nothing if that is not what was wrong.
+std::string unknownCommand(const CLI::App &app) {
+    const std::vector<std::string> rest = app.remaining();
+    return app.get_subcommands().empty() && !rest.empty() && rest[0][0] != '-' ? rest[0] : "";
 }
 
 } // namespace
@@ -80,20 +87,24 @@ bool splitServer(const std::string &text, std::string &host, u16 &port) {
     std::size_t colon = text.rfind(':');
     const bool bracketed = !text.empty() && text[0] == '[';
     const std::size_t close = text.find(']');
-    if (bracketed && close == std::string::npos)
+    if (bracketed && close == std::string::npos) {
         return false;
+    }
     if (bracketed) {
         host = text.substr(1, close - 1);
         colon = close + 1 < text.size() ? close + 1 : std::string::npos;
-        if (colon != std::string::npos && text[colon] != ':')
+        if (colon != std::string::npos && text[colon] != ':') {
             return false;
+        }
     } else {
-        if (colon != text.find(':'))
+        if (colon != text.find(':')) {
             colon = std::string::npos; // an IPv6 address without a port
+        }
         host = text.substr(0, colon);
     }
-    if (colon == std::string::npos)
+    if (colon == std::string::npos) {
         return !host.empty();
+    }
     unsigned number = 0;
     const char *end = text.data() + text.size();
     const auto [at, error] = std::from_chars(text.data() + colon + 1, end, number);
@@ -108,7 +119,7 @@ std::optional<Options> parseOptions(int argc, char **argv, int &status) {
     std::string second;
     CLI::App app("Browses, reads and writes an IEC 61850 server over MMS.", "ied-client");
     app.footer(footer);
-    app.set_version_flag("--version", IED_VERSION);
+    app.set_version_flag("--version", "ied-client " IED_VERSION);
     app.add_option("HOST[:PORT]", server, "the server; port 102 unless given")->required();
     app.add_flag("--json", options.json, "one JSON document a read, one line a round");
     app.add_flag("--plain", options.plain, "no colours and no charts, as when the output is no terminal");
@@ -124,13 +135,23 @@ std::optional<Options> parseOptions(int argc, char **argv, int &status) {
     try {
         app.parse(reversedArguments(argc, argv));
     } catch (const CLI::ParseError &error) {
-        status = app.exit(error) == 0 ? statusGood : statusUsage;
+        status = error.get_exit_code() == 0 ? statusGood : statusUsage;
+        const std::string unknown = status == statusGood ? "" : unknownCommand(app);
+        if (unknown.empty()) {
+            app.exit(error);
+        } else {
+            std::fprintf(stderr,
+                         "ied-client: '%s' is none, but a subcommand is required: --help lists them\n",
+                         unknown.c_str());
+        }
         return std::nullopt;
     }
-    if (options.command != Command::read && !first.empty())
+    if (options.command != Command::read && !first.empty()) {
         options.arguments.push_back(first);
-    if (options.command == Command::write)
+    }
+    if (options.command == Command::write) {
         options.arguments.push_back(second);
+    }
     if (!splitServer(server, options.host, options.port)) {
         std::fprintf(stderr, "ied-client: '%s' is no HOST[:PORT]\n", server.c_str());
         status = statusUsage;

@@ -59,9 +59,11 @@ constexpr const char *dataAccessErrors[] = {
 };
 
 template <std::size_t N> std::string nameOf(const Code (&table)[N], i64 number) {
-    for (const Code &row : table)
-        if (row.number == number)
+    for (const Code &row : table) {
+        if (row.number == number) {
             return row.name;
+        }
+    }
     return "code " + std::to_string(number);
 }
 
@@ -75,8 +77,9 @@ std::string serviceError(View content) {
     Reader choice{expect(reader, 0xA0)};
     const Element element = next(choice);
     const std::optional<i64> code = toInteger(element.content);
-    if (reader.failed || choice.failed || element.tag < 0x80 || !code)
+    if (reader.failed || choice.failed || element.tag < 0x80 || !code) {
         return "service error";
+    }
     const i64 number = element.tag - 0x80;
     const std::string text = number == 2   ? nameOf(definitionErrors, *code)
                              : number == 7 ? nameOf(accessErrors, *code)
@@ -133,8 +136,9 @@ std::optional<Negotiated> initiateResponse(View pdu) {
     Reader outer{pdu};
     Reader reader{expect(outer, 0xA9)};
     Negotiated negotiated;
-    if (const std::optional<Element> size = take(reader, 0x80))
+    if (const std::optional<Element> size = take(reader, 0x80)) {
         negotiated.pduSize = toInteger(size->content).value_or(0);
+    }
     negotiated.outstanding = toInteger(expect(reader, 0x81)).value_or(1);
     expect(reader, 0x82);
     take(reader, 0x83);
@@ -142,10 +146,13 @@ std::optional<Negotiated> initiateResponse(View pdu) {
     expect(detail, 0x80);
     expect(detail, 0x81);
     const View bits = expect(detail, 0x82);
-    for (std::size_t i = 0; i + 1 < bits.size(); ++i)
-        for (int bit = 0; bit < 8; ++bit)
-            if (bits[i + 1] >> (7 - bit) & 1)
+    for (std::size_t i = 0; i + 1 < bits.size(); ++i) {
+        for (int bit = 0; bit < 8; ++bit) {
+            if (bits[i + 1] >> (7 - bit) & 1) {
                 negotiated.services.push_back(static_cast<int>(i) * 8 + bit);
+            }
+        }
+    }
     return outer.failed || reader.failed || detail.failed ? std::nullopt : std::optional(negotiated);
 }
 

@@ -41,16 +41,19 @@ constexpr const char *details[] = {
 constexpr const char *validities[] = {"good", "invalid", "reserved", "questionable"};
 
 template <std::size_t N> const char *find(const Symbol (&table)[N], i64 code) {
-    for (const Symbol &row : table)
-        if (row.code == code)
+    for (const Symbol &row : table) {
+        if (row.code == code) {
             return row.text;
+        }
+    }
     return nullptr;
 }
 
 u64 bigEndian(const std::string &octets, std::size_t at, std::size_t count) {
     u64 value = 0;
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         value = value << 8 | static_cast<u8>(octets[at + i]);
+    }
     return value;
 }
 
@@ -75,8 +78,9 @@ i64 wholeNumber(const Value &value) {
 std::string unitSymbol(i64 siUnit, i64 multiplier) {
     const char *unit = find(units, siUnit);
     const char *prefix = find(multipliers, multiplier);
-    if (siUnit == dimensionless || !*(unit ? unit : "?"))
+    if (siUnit == dimensionless || !*(unit ? unit : "?")) {
         return multiplier == 0 ? "" : multiplier == -2 ? "%" : "×10^" + std::to_string(multiplier);
+    }
     const std::string text = unit ? unit : "unit " + std::to_string(siUnit);
     return prefix ? prefix + text : "×10^" + std::to_string(multiplier) + " " + text;
 }
@@ -85,33 +89,40 @@ std::string unitSymbol(const Value &value, const Type &type) {
     i64 siUnit = dimensionless;
     i64 multiplier = 0;
     for (std::size_t i = 0; i < value.items.size() && i < type.names.size(); ++i) {
-        if (type.names[i] == "SIUnit")
+        if (type.names[i] == "SIUnit") {
             siUnit = wholeNumber(value.items[i]);
-        if (type.names[i] == "multiplier")
+        }
+        if (type.names[i] == "multiplier") {
             multiplier = wholeNumber(value.items[i]);
+        }
     }
     return unitSymbol(siUnit, multiplier);
 }
 
 std::string qualityText(const Value &quality) {
     const std::string &bits = quality.octets;
-    if (bits.size() < 2)
+    if (bits.size() < 2) {
         return "?";
+    }
     std::string text = validities[(bits[0] == '1' ? 2 : 0) + (bits[1] == '1' ? 1 : 0)];
-    for (std::size_t i = 0; i < std::size(details) && i + 2 < bits.size(); ++i)
-        if (bits[i + 2] == '1')
+    for (std::size_t i = 0; i < std::size(details) && i + 2 < bits.size(); ++i) {
+        if (bits[i + 2] == '1') {
             text += std::string(", ") + details[i];
+        }
+    }
     return text;
 }
 
 std::optional<f64> secondsOf(const Value &time) {
     constexpr f64 days1970To1984 = 5113;
-    if (time.kind == Kind::utcTime && time.octets.size() == 8)
+    if (time.kind == Kind::utcTime && time.octets.size() == 8) {
         return static_cast<f64>(bigEndian(time.octets, 0, 4)) +
                static_cast<f64>(bigEndian(time.octets, 4, 3)) / 16777216.0;
-    if (time.kind == Kind::binaryTime && time.octets.size() == 6)
+    }
+    if (time.kind == Kind::binaryTime && time.octets.size() == 6) {
         return static_cast<f64>(bigEndian(time.octets, 0, 4)) / 1000 +
                (static_cast<f64>(bigEndian(time.octets, 4, 2)) + days1970To1984) * 86400;
+    }
     return std::nullopt;
 }
 

@@ -36,40 +36,48 @@ void addPieces(const Variable &variable, std::size_t limit, std::vector<Variable
         out.push_back(variable);
         return;
     }
-    for (std::size_t i = 0; i < variable.type->parts.size(); ++i)
+    for (std::size_t i = 0; i < variable.type->parts.size(); ++i) {
         addPieces({below(variable.reference, variable.type->names[i]), &variable.type->parts[i]}, limit, out);
+    }
 }
 
 // Adds q and t of the nearest structure above a variable that has them.
 void addCompanions(const Type &node, const Variable &variable, Reading &reading) {
-    if (!hasProcessTime(variable.reference.fc))
+    if (!hasProcessTime(variable.reference.fc)) {
         return;
+    }
     for (Reference at = variable.reference; at.path.size() > 1;) {
         at = above(at);
-        if (at.path.back().indexed)
+        if (at.path.back().indexed) {
             continue;
+        }
         const Type *type = typeAt(node, variable.reference.fc, at.path);
         const Type *quality = type ? component(*type, "q") : nullptr;
         const Type *time = type ? component(*type, "t") : nullptr;
-        if (quality)
+        if (quality) {
             reading.companions.push_back({below(at, "q"), quality});
-        if (time)
+        }
+        if (time) {
             reading.companions.push_back({below(at, "t"), time});
-        if (quality || time)
+        }
+        if (quality || time) {
             return;
+        }
     }
 }
 
 // Collects the `units` and `pulsQty` attributes below a node of the CF view.
 void addUnits(const Reference &at, const Type &type, Reading &reading) {
-    if (type.kind != Kind::structure)
+    if (type.kind != Kind::structure) {
         return;
+    }
     for (std::size_t i = 0; i < type.names.size(); ++i) {
         const Variable variable{below(at, type.names[i]), &type.parts[i]};
-        if (type.names[i] == "units" || type.names[i] == "pulsQty")
+        if (type.names[i] == "units" || type.names[i] == "pulsQty") {
             reading.unitVariables.emplace(variableKey(variable.reference), variable);
-        else
+        } else {
             addUnits(variable.reference, type.parts[i], reading);
+        }
     }
 }
 
@@ -81,8 +89,9 @@ void addUnits(const Type &node, const Variable &variable, Reading &reading) {
         at = below(at, variable.reference.path[0].name);
         objects = component(*objects, variable.reference.path[0].name);
     }
-    if (objects)
+    if (objects) {
         addUnits(at, *objects, reading);
+    }
 }
 
 bool isQuantity(const Row &row) {
@@ -95,21 +104,25 @@ bool isQuantity(const Row &row) {
 // The unit of a row: that of the nearest level of its data object that has one; degrees for the
 // angle of a vector.
 void setUnit(Row &row, const Reading &reading) {
-    if (row.reference.path.empty() || !isQuantity(row))
+    if (row.reference.path.empty() || !isQuantity(row)) {
         return;
-    for (const Step &step : row.reference.path)
+    }
+    for (const Step &step : row.reference.path) {
         if (step.name == "ang") {
             row.unit = "°";
             return;
         }
+    }
     Reference at = row.reference;
     at.fc = "CF";
-    for (Step &step : at.path)
+    for (Step &step : at.path) {
         step.indexed = step.range = false;
+    }
     for (; !at.path.empty(); at = above(at)) {
         const auto scale = reading.units.find(variableKey(below(at, "pulsQty")));
-        if (scale != reading.units.end() && scale->second.kind == Kind::floating)
+        if (scale != reading.units.end() && scale->second.kind == Kind::floating) {
             row.scale = scale->second.real;
+        }
         const std::string key = variableKey(below(at, "units"));
         const auto unit = reading.units.find(key);
         if (unit != reading.units.end()) {
@@ -136,14 +149,18 @@ void addRows(const Reference &reference, const Type &type, const Value &value, C
     const bool process = hasProcessTime(reference.fc);
     const std::size_t count = std::min(type.parts.size(), value.items.size());
     for (std::size_t i = 0; process && i < count; ++i) {
-        if (type.names[i] == "q")
+        if (type.names[i] == "q") {
             beside.quality = value.items[i];
-        if (type.names[i] == "t")
+        }
+        if (type.names[i] == "t") {
             beside.time = value.items[i];
+        }
     }
-    for (std::size_t i = 0; i < count; ++i)
-        if (!process || count <= 2 || (type.names[i] != "q" && type.names[i] != "t"))
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!process || count <= 2 || (type.names[i] != "q" && type.names[i] != "t")) {
             addRows(below(reference, type.names[i]), type.parts[i], value.items[i], beside, reading, rows);
+        }
+    }
 }
 
 } // namespace
@@ -151,25 +168,31 @@ void addRows(const Reference &reference, const Type &type, const Value &value, C
 std::optional<Reading> prepareReading(Model &model, const std::vector<Variable> &variables) {
     Reading reading;
     const std::size_t limit = pduLimit(model.connection);
-    for (const Variable &variable : variables)
+    for (const Variable &variable : variables) {
         addPieces(variable, limit > 2 * pieceOverhead ? limit - pieceOverhead : pieceOverhead,
                   reading.wanted);
+    }
     for (const Variable &variable : reading.wanted) {
         const Type *node = nodeType(model, variable.reference.device, variable.reference.node);
-        if (!node)
+        if (!node) {
             return std::nullopt;
+        }
         addCompanions(*node, variable, reading);
         addUnits(*node, variable, reading);
     }
     std::vector<Variable> units;
-    for (const auto &[key, variable] : reading.unitVariables)
+    for (const auto &[key, variable] : reading.unitVariables) {
         units.push_back(variable);
+    }
     const auto results = readVariables(model.connection, units);
-    if (!results)
+    if (!results) {
         return std::nullopt;
-    for (const auto &[key, result] : *results)
-        if (result.value)
+    }
+    for (const auto &[key, result] : *results) {
+        if (result.value) {
             reading.units.emplace(key, *result.value);
+        }
+    }
     return reading;
 }
 
@@ -177,8 +200,9 @@ std::optional<std::vector<Row>> readRows(Model &model, const Reading &reading) {
     std::vector<Variable> all = reading.wanted;
     all.insert(all.end(), reading.companions.begin(), reading.companions.end());
     const auto results = readVariables(model.connection, all);
-    if (!results)
+    if (!results) {
         return std::nullopt;
+    }
     std::vector<Row> rows;
     for (const Variable &variable : reading.wanted) {
         const AccessResult &result = results->at(variableKey(variable.reference));

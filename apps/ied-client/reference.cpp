@@ -38,8 +38,9 @@ std::optional<Step> parseStep(const std::string &text, std::string &why) {
         why = "a name is missing";
         return std::nullopt;
     }
-    if (open == std::string::npos)
+    if (open == std::string::npos) {
         return step;
+    }
     if (text.back() != ']' || !parseIndex(text.substr(open + 1, text.size() - open - 2), step)) {
         why = "'" + text.substr(open) + "' is no index: write [3] or [2..10]";
         return std::nullopt;
@@ -49,11 +50,13 @@ std::optional<Step> parseStep(const std::string &text, std::string &why) {
 
 // Takes an FC in brackets off the end.
 std::string takeFc(std::string &text) {
-    if (text.size() < 4 || text.back() != ']' || text[text.size() - 4] != '[')
+    if (text.size() < 4 || text.back() != ']' || text[text.size() - 4] != '[') {
         return "";
+    }
     const std::string fc = text.substr(text.size() - 3, 2);
-    if (!isFc(fc))
+    if (!isFc(fc)) {
         return "";
+    }
     text.resize(text.size() - 4);
     return fc;
 }
@@ -63,8 +66,9 @@ bool parsePath(const std::vector<std::string> &names, std::size_t from, Referenc
     int indexed = 0;
     for (std::size_t i = from; i < names.size(); ++i) {
         std::optional<Step> step = parseStep(names[i], why);
-        if (!step)
+        if (!step) {
             return false;
+        }
         indexed += step->indexed;
         if (step->range && i + 1 < names.size()) {
             why = "a range must stand at the end";
@@ -72,8 +76,9 @@ bool parsePath(const std::vector<std::string> &names, std::size_t from, Referenc
         }
         reference.path.push_back(std::move(*step));
     }
-    if (indexed > 1)
+    if (indexed > 1) {
         why = "only one index is possible";
+    }
     return indexed <= 1;
 }
 
@@ -84,10 +89,11 @@ std::vector<std::string> split(const std::string &text, char separator) {
     int depth = 0;
     for (char c : text) {
         depth += c == '[' ? 1 : c == ']' ? -1 : 0;
-        if (c == separator && depth == 0)
+        if (c == separator && depth == 0) {
             pieces.emplace_back();
-        else
+        } else {
             pieces.back().push_back(c);
+        }
     }
     return pieces;
 }
@@ -109,8 +115,9 @@ std::optional<Reference> parseReference(const std::string &text, std::string &wh
         why = "a reference begins with the name of a logical device, as in LD/LN.DO.DA";
         return std::nullopt;
     }
-    if (slash == std::string::npos || slash + 1 == rest.size())
+    if (slash == std::string::npos || slash + 1 == rest.size()) {
         return reference;
+    }
     const bool mms = rest.find('$') != std::string::npos;
     const std::vector<std::string> names = split(rest.substr(slash + 1), mms ? '$' : '.');
     reference.node = names[0];
@@ -123,31 +130,36 @@ std::optional<Reference> parseReference(const std::string &text, std::string &wh
         why = "in the form LD/LN$FC$DO the functional constraint is the second name";
         return std::nullopt;
     }
-    if (mms)
+    if (mms) {
         reference.fc = names[1];
-    if (!parsePath(names, mms ? 2 : 1, reference, why))
+    }
+    if (!parsePath(names, mms ? 2 : 1, reference, why)) {
         return std::nullopt;
+    }
     return reference;
 }
 
 std::string personal(const Reference &reference) {
     std::string text = reference.device;
-    if (!reference.node.empty())
+    if (!reference.node.empty()) {
         text += "/" + reference.node;
+    }
     for (const Step &step : reference.path) {
         text += "." + step.name;
-        if (step.range)
+        if (step.range) {
             text += "[" + std::to_string(step.first) + ".." + std::to_string(step.last) + "]";
-        else if (step.indexed)
+        } else if (step.indexed) {
             text += "[" + std::to_string(step.first) + "]";
+        }
     }
     return reference.fc.empty() ? text : text + "[" + reference.fc + "]";
 }
 
 VariableName variableName(const Reference &reference) {
     VariableName variable{reference.device, reference.node, {}};
-    if (!reference.fc.empty())
+    if (!reference.fc.empty()) {
         variable.item += "$" + reference.fc;
+    }
     for (const Step &step : reference.path) {
         if (variable.selection.indexed) {
             variable.selection.below.push_back(step.name);
@@ -166,10 +178,12 @@ Reference fromItem(const std::string &device, const std::string &item) {
     reference.device = device;
     const std::vector<std::string> names = split(item, '$');
     reference.node = names[0];
-    if (names.size() > 1)
+    if (names.size() > 1) {
         reference.fc = names[1];
-    for (std::size_t i = 2; i < names.size(); ++i)
+    }
+    for (std::size_t i = 2; i < names.size(); ++i) {
         reference.path.push_back(Step{names[i], false, 0, 0, false});
+    }
     return reference;
 }
 

@@ -10,16 +10,19 @@ Bytes domainSpecific(const std::string &domain, const std::string &item) {
 
 // AlternateAccess that goes down through components, the last one by selectAccess.
 Bytes componentAccess(const std::vector<std::string> &below, std::size_t at) {
-    if (at + 1 == below.size())
+    if (at + 1 == below.size()) {
         return tlv(0x81, below[at]);
+    }
     return tlv(0xA0, tlv(0x80, below[at]), tlv(0x30, componentAccess(below, at + 1)));
 }
 
 Bytes alternateAccess(const Selection &selection) {
-    if (selection.count > 0)
+    if (selection.count > 0) {
         return tlv(0xA5, tlv(0xA3, integer(0x80, selection.first), integer(0x81, selection.count)));
-    if (selection.below.empty())
+    }
+    if (selection.below.empty()) {
         return tlv(0xA5, integer(0x82, selection.first));
+    }
     return tlv(0xA5,
                tlv(0xA0, integer(0x81, selection.first), tlv(0x30, componentAccess(selection.below, 0))));
 }
@@ -53,13 +56,10 @@ Bytes getTypeRequest(const std::string &domain, const std::string &item) {
 
 Bytes readRequest(const std::vector<VariableName> &variables) {
     Bytes list;
-    for (const VariableName &variable : variables)
+    for (const VariableName &variable : variables) {
         appendTo(list, View(variableEntry(variable)));
+    }
     return tlv(0xA4, tlv(0xA1, tlv(0xA0, list)));
-}
-
-Bytes readListRequest(const std::string &domain, const std::string &list) {
-    return tlv(0xA4, tlv(0xA1, tlv(0xA1, domainSpecific(domain, list))));
 }
 
 Bytes writeRequest(const VariableName &variable, const Value &value) {
@@ -87,10 +87,12 @@ std::optional<Names> getNameListResponse(const Element &service) {
     Reader reader{service.content};
     Reader list{expect(reader, 0xA0)};
     Names names;
-    while (more(list))
+    while (more(list)) {
         names.names.push_back(toText(expect(list, 0x1A)));
-    if (const std::optional<Element> follows = take(reader, 0x81))
+    }
+    if (const std::optional<Element> follows = take(reader, 0x81)) {
         names.more = toBool(follows->content);
+    }
     return service.tag == 0xA1 && !reader.failed && !list.failed ? std::optional(names) : std::nullopt;
 }
 
@@ -115,8 +117,9 @@ std::optional<std::vector<AccessResult>> readResponse(const Element &service) {
             result.error = toInteger(failure->content).value_or(0);
         } else {
             result.value = elementValue(list);
-            if (!result.value)
+            if (!result.value) {
                 return std::nullopt;
+            }
         }
         results.push_back(std::move(result));
     }
@@ -125,10 +128,12 @@ std::optional<std::vector<AccessResult>> readResponse(const Element &service) {
 
 std::optional<i64> writeResponse(const Element &service) {
     Reader reader{service.content};
-    if (service.tag != 0xA5)
+    if (service.tag != 0xA5) {
         return std::nullopt;
-    if (take(reader, 0x81))
+    }
+    if (take(reader, 0x81)) {
         return -1;
+    }
     return toInteger(expect(reader, 0x80));
 }
 
@@ -144,8 +149,9 @@ std::optional<VariableList> getListResponse(const Element &service) {
         VariableName variable;
         variable.domain = toText(expect(name, 0x1A));
         variable.item = toText(expect(name, 0x1A));
-        if (name.failed)
+        if (name.failed) {
             return std::nullopt;
+        }
         list.members.push_back(std::move(variable));
     }
     return service.tag == 0xAC && !reader.failed && !members.failed ? std::optional(list) : std::nullopt;

@@ -19,8 +19,9 @@ bool waitFor(int descriptor, short events, Clock::time_point deadline, std::stri
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
         pollfd entry{descriptor, events, 0};
         const int ready = poll(&entry, 1, static_cast<int>(std::clamp<long long>(left, 0, 1 << 30)));
-        if (ready > 0)
+        if (ready > 0) {
             return true;
+        }
         if (ready < 0 && errno != EINTR) {
             why = std::strerror(errno);
             return false;
@@ -46,8 +47,9 @@ int openAddress(const addrinfo &address, Clock::time_point deadline, std::string
         getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size);
     }
     if (error != 0) {
-        if (error != EINPROGRESS)
+        if (error != EINPROGRESS) {
             why = std::strerror(error);
+        }
         close(descriptor);
         return -1;
     }
@@ -69,8 +71,9 @@ int openStream(const std::string &host, u16 port, Clock::time_point deadline, st
         return -1;
     }
     int descriptor = -1;
-    for (const addrinfo *address = found; address && descriptor < 0; address = address->ai_next)
+    for (const addrinfo *address = found; address && descriptor < 0; address = address->ai_next) {
         descriptor = openAddress(*address, deadline, why);
+    }
     freeaddrinfo(found);
     return descriptor;
 }
@@ -81,8 +84,9 @@ bool sendAll(int descriptor, View octets, Clock::time_point deadline, std::strin
         if (sent > 0) {
             octets = octets.subspan(static_cast<std::size_t>(sent));
         } else if (errno == EAGAIN || errno == EINTR) {
-            if (!waitFor(descriptor, POLLOUT, deadline, why))
+            if (!waitFor(descriptor, POLLOUT, deadline, why)) {
                 return false;
+            }
         } else {
             why = std::strerror(errno);
             return false;
@@ -94,15 +98,17 @@ bool sendAll(int descriptor, View octets, Clock::time_point deadline, std::strin
 bool receiveSome(int descriptor, Bytes &into, Clock::time_point deadline, std::string &why) {
     u8 buffer[16384];
     for (;;) {
-        if (!waitFor(descriptor, POLLIN, deadline, why))
+        if (!waitFor(descriptor, POLLIN, deadline, why)) {
             return false;
+        }
         const ssize_t count = recv(descriptor, buffer, sizeof buffer, 0);
         if (count > 0) {
             appendTo(into, View(buffer, static_cast<std::size_t>(count)));
             return true;
         }
-        if (count < 0 && (errno == EAGAIN || errno == EINTR))
+        if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
             continue;
+        }
         why = count == 0 ? "the server closed the connection" : std::strerror(errno);
         return false;
     }

@@ -32,11 +32,14 @@ std::size_t sequenceLength(const std::string &text, std::size_t at) {
                                : lead >= 0xE0 && lead < 0xF0 ? 3
                                : lead >= 0xF0 && lead < 0xF5 ? 4
                                                              : 0;
-    if (length == 0 || at + length > text.size())
+    if (length == 0 || at + length > text.size()) {
         return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((static_cast<u8>(text[at + i]) & 0xC0) != 0x80)
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((static_cast<u8>(text[at + i]) & 0xC0) != 0x80) {
             return 0;
+        }
+    }
     return length;
 }
 
@@ -44,20 +47,25 @@ std::size_t sequenceLength(const std::string &text, std::size_t at) {
 std::string vectorText(const Row &row) {
     const Type *type = row.type->kind == Kind::array ? &row.type->parts.front() : row.type;
     const bool vector = type->names == std::vector<std::string>{"mag", "ang"};
-    if (!vector || row.value->items.size() != 2)
+    if (!vector || row.value->items.size() != 2) {
         return "";
+    }
     const std::vector<f64> parts = magnitudes(*row.value);
-    if (parts.size() != 2)
+    if (parts.size() != 2) {
         return "";
+    }
     const std::string unit = row.unit.empty() ? "" : " " + row.unit;
     return numberText(parts[0], true) + unit + " ∠ " + numberText(parts[1], true) + "°";
 }
 
 std::string valueCell(const Row &row) {
-    if (!row.value)
+    if (!row.value) {
         return row.error;
-    if (const std::string vector = row.value->kind == Kind::structure ? vectorText(row) : ""; !vector.empty())
+    }
+    if (const std::string vector = row.value->kind == Kind::structure ? vectorText(row) : "";
+        !vector.empty()) {
         return vector;
+    }
     std::string text = valueText(*row.value);
     if (row.scale != 1 && !row.unit.empty()) {
         const Value &value = *row.value;
@@ -69,19 +77,22 @@ std::string valueCell(const Row &row) {
 }
 
 std::string qualityCell(const Row &row, const Style &style) {
-    if (!row.quality)
+    if (!row.quality) {
         return "";
+    }
     const std::string text = qualityText(*row.quality);
-    if (!style.colour || text == "good")
+    if (!style.colour || text == "good") {
         return text;
+    }
     return (text.starts_with("invalid") ? red : yellow) + text + plain;
 }
 
 std::vector<std::string> cells(const std::string &reference, const Row &row, const Style &style) {
     const std::optional<f64> time = row.time ? secondsOf(*row.time) : std::nullopt;
     std::string value = valueCell(row);
-    if (!row.value && style.colour)
+    if (!row.value && style.colour) {
         value = red + value + plain;
+    }
     return {reference, value, qualityCell(row, style), time ? localTime(*time) : ""};
 }
 
@@ -107,8 +118,9 @@ void addElements(const Row &row, const Style &style, std::vector<std::vector<std
 } // namespace
 
 std::string numberText(f64 value, bool single) {
-    if (!std::isfinite(value))
+    if (!std::isfinite(value)) {
         return std::isnan(value) ? "not a number" : value < 0 ? "-infinity" : "infinity";
+    }
     char digits[64];
     const std::to_chars_result end =
         single ? std::to_chars(digits, digits + sizeof digits, static_cast<f32>(value))
@@ -139,8 +151,9 @@ std::string valueText(const Value &value) {
     case Kind::array:
     case Kind::structure: {
         std::string text = "{";
-        for (const Value &item : value.items)
+        for (const Value &item : value.items) {
             text += (text.size() > 1 ? ", " : "") + valueText(item);
+        }
         return text + "}";
     }
     case Kind::boolean:
@@ -152,9 +165,10 @@ std::string valueText(const Value &value) {
     case Kind::floating:
         return numberText(value.real, value.single);
     case Kind::bitString:
-        if (value.octets.size() == 2)
+        if (value.octets.size() == 2) {
             return value.octets + " (" +
                    positions[(value.octets[0] == '1' ? 2 : 0) + (value.octets[1] == '1')] + ")";
+        }
         return value.octets;
     case Kind::octetString:
         return hex(value.octets);
@@ -171,27 +185,31 @@ std::string valueText(const Value &value) {
 std::size_t columns(const std::string &text) {
     std::size_t count = 0;
     for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] == '\033')
-            while (at < text.size() && text[at] != 'm')
+        if (text[at] == '\033') {
+            while (at < text.size() && text[at] != 'm') {
                 ++at;
-        else if ((static_cast<u8>(text[at]) & 0xC0) != 0x80)
+            }
+        } else if ((static_cast<u8>(text[at]) & 0xC0) != 0x80) {
             ++count;
+        }
     }
     return count;
 }
 
 std::string alignedText(const std::vector<std::vector<std::string>> &rows) {
     std::vector<std::size_t> widths;
-    for (const auto &row : rows)
+    for (const auto &row : rows) {
         for (std::size_t i = 0; i < row.size(); ++i) {
             widths.resize(std::max(widths.size(), row.size()));
             widths[i] = std::max(widths[i], columns(row[i]));
         }
+    }
     std::string text;
     for (const auto &row : rows) {
         std::string line;
-        for (std::size_t i = 0; i < row.size(); ++i)
+        for (std::size_t i = 0; i < row.size(); ++i) {
             line += row[i] + std::string(widths[i] - columns(row[i]) + 2, ' ');
+        }
         line.erase(line.find_last_not_of(' ') + 1);
         text += line + "\n";
     }

@@ -31,8 +31,9 @@ std::optional<Type> decodeArray(View content, int depth) {
     Reader inner{expect(reader, 0xA2)};
     const Element element = next(inner);
     std::optional<Type> part = inner.failed ? std::nullopt : decodeType(element, depth + 1);
-    if (reader.failed || !count || *count > 0xFFFFFFFF || !part)
+    if (reader.failed || !count || *count > 0xFFFFFFFF || !part) {
         return std::nullopt;
+    }
     type.count = static_cast<u32>(*count);
     type.parts.push_back(std::move(*part));
     return type;
@@ -50,8 +51,9 @@ std::optional<Type> decodeStructure(View content, int depth) {
         Reader inner{expect(one, 0xA1)};
         const Element element = next(inner);
         std::optional<Type> part = inner.failed ? std::nullopt : decodeType(element, depth + 1);
-        if (!part)
+        if (!part) {
             return std::nullopt;
+        }
         type.names.push_back(name ? toText(name->content) : "");
         type.parts.push_back(std::move(*part));
     }
@@ -79,8 +81,9 @@ bool parseHex(const std::string &text, std::string &out) {
         unsigned octet = 0;
         const std::string pair = text.substr(i, 2);
         const auto [at, error] = std::from_chars(pair.data(), pair.data() + pair.size(), octet, 16);
-        if (error != std::errc() || pair.size() != 2 || at != pair.data() + 2)
+        if (error != std::errc() || pair.size() != 2 || at != pair.data() + 2) {
             return false;
+        }
         out.push_back(static_cast<char>(octet));
     }
     return true;
@@ -91,10 +94,12 @@ std::string utcOctets(f64 seconds) {
     const u32 whole = static_cast<u32>(seconds);
     const u32 fraction = static_cast<u32>((seconds - whole) * 16777216.0);
     std::string out;
-    for (int shift = 24; shift >= 0; shift -= 8)
+    for (int shift = 24; shift >= 0; shift -= 8) {
         out.push_back(static_cast<char>(whole >> shift));
-    for (int shift = 16; shift >= 0; shift -= 8)
+    }
+    for (int shift = 16; shift >= 0; shift -= 8) {
         out.push_back(static_cast<char>(fraction >> shift));
+    }
     out.push_back(10);
     return out;
 }
@@ -116,25 +121,31 @@ bool parseBits(const std::string &text, const Type &type, std::string &out, std:
 } // namespace
 
 std::optional<Type> decodeType(const Element &element, int depth) {
-    if (depth > maxNesting)
+    if (depth > maxNesting) {
         return std::nullopt;
-    if (element.tag == 0xA1)
+    }
+    if (element.tag == 0xA1) {
         return decodeArray(element.content, depth);
-    if (element.tag == 0xA2)
+    }
+    if (element.tag == 0xA2) {
         return decodeStructure(element.content, depth);
+    }
     for (const SimpleType &row : simpleTypes) {
-        if (row.tag != element.tag)
+        if (row.tag != element.tag) {
             continue;
+        }
         Type type;
         type.kind = row.kind;
         std::optional<i64> size = 0;
         if (row.kind == Kind::floating) {
             Reader reader{element.content};
             size = toInteger(expect(reader, 0x02));
-        } else if (!row.name)
+        } else if (!row.name) {
             size = toInteger(element.content);
-        if (!size || *size < -65535 || *size > 65535)
+        }
+        if (!size || *size < -65535 || *size > 65535) {
             return std::nullopt;
+        }
         type.size = static_cast<int>(*size);
         return type;
     }
@@ -187,8 +198,9 @@ std::optional<Value> parseValue(const std::string &text, const Type &type, std::
         why = "seconds since 1970";
         const std::optional<f64> seconds = number<f64>(text);
         good = seconds && *seconds >= 0 && *seconds < 4294967296.0;
-        if (good)
+        if (good) {
             value.octets = utcOctets(*seconds);
+        }
         break;
     }
     default:
@@ -219,9 +231,11 @@ std::string typeName(const Type &type) {
     case Kind::mmsString:
         return "UNICODE STRING(" + size + ")";
     default:
-        for (const SimpleType &row : simpleTypes)
-            if (row.kind == type.kind)
+        for (const SimpleType &row : simpleTypes) {
+            if (row.kind == type.kind) {
                 return row.name;
+            }
+        }
         return "?";
     }
 }

@@ -26,21 +26,24 @@ std::optional<Value> decodeItems(Kind kind, View content, int depth) {
     while (more(reader)) {
         const Element element = next(reader);
         std::optional<Value> item = reader.failed ? std::nullopt : decodeValue(element, depth + 1);
-        if (!item)
+        if (!item) {
             return std::nullopt;
+        }
         value.items.push_back(std::move(*item));
     }
     return value;
 }
 
 std::optional<Value> decodeBits(View content) {
-    if (content.empty() || content[0] > 7 || (content.size() == 1 && content[0] != 0))
+    if (content.empty() || content[0] > 7 || (content.size() == 1 && content[0] != 0)) {
         return std::nullopt;
+    }
     Value value;
     value.kind = Kind::bitString;
     const std::size_t count = (content.size() - 1) * 8 - content[0];
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         value.octets.push_back(content[1 + i / 8] >> (7 - i % 8) & 1 ? '1' : '0');
+    }
     return value;
 }
 
@@ -49,13 +52,14 @@ std::optional<Value> decodeFloat(View content) {
     Value value;
     value.kind = Kind::floating;
     const std::optional<u64> bits = content.size() > 1 ? toUnsigned(content.subspan(1)) : std::nullopt;
-    if (content.size() == 5 && content[0] == 8)
+    if (content.size() == 5 && content[0] == 8) {
         value.real = std::bit_cast<f32>(static_cast<u32>(*bits));
-    else if (content.size() == 9 && content[0] == 11) {
+    } else if (content.size() == 9 && content[0] == 11) {
         value.real = std::bit_cast<f64>(*bits);
         value.single = false;
-    } else
+    } else {
         return std::nullopt;
+    }
     return value;
 }
 
@@ -65,10 +69,12 @@ constexpr std::size_t elementHeader = 6;
 std::string packBits(const std::string &bits) {
     std::string out(1, static_cast<char>((8 - bits.size() % 8) % 8));
     for (std::size_t i = 0; i < bits.size(); ++i) {
-        if (i % 8 == 0)
+        if (i % 8 == 0) {
             out.push_back('\0');
-        if (bits[i] == '1')
+        }
+        if (bits[i] == '1') {
             out.back() = static_cast<char>(out.back() | 0x80 >> i % 8);
+        }
     }
     return out;
 }
@@ -76,8 +82,9 @@ std::string packBits(const std::string &bits) {
 } // namespace
 
 std::optional<Value> decodeValue(const Element &element, int depth) {
-    if (depth > maxNesting)
+    if (depth > maxNesting) {
         return std::nullopt;
+    }
     Value value;
     switch (element.tag) {
     case 0xA1:
@@ -85,8 +92,9 @@ std::optional<Value> decodeValue(const Element &element, int depth) {
     case 0xA2:
         return decodeItems(Kind::structure, element.content, depth);
     case 0x83:
-        if (element.content.size() != 1)
+        if (element.content.size() != 1) {
             return std::nullopt;
+        }
         value.integer = element.content[0] != 0;
         return value;
     case 0x84:
@@ -106,12 +114,13 @@ std::optional<Value> decodeValue(const Element &element, int depth) {
     case 0x87:
         return decodeFloat(element.content);
     default:
-        for (const OctetKind &row : octetKinds)
+        for (const OctetKind &row : octetKinds) {
             if (row.tag == element.tag) {
                 value.kind = row.kind;
                 value.octets = toText(element.content);
                 return value;
             }
+        }
         return std::nullopt;
     }
 }
@@ -121,8 +130,9 @@ Bytes encodeValue(const Value &value) {
     switch (value.kind) {
     case Kind::array:
     case Kind::structure:
-        for (const Value &item : value.items)
+        for (const Value &item : value.items) {
             appendTo(content, View(encodeValue(item)));
+        }
         return tlv(value.kind == Kind::array ? 0xA1 : 0xA2, content);
     case Kind::boolean:
         return tlv(0x83, Bytes{static_cast<u8>(value.integer ? 1 : 0)});
@@ -132,20 +142,24 @@ Bytes encodeValue(const Value &value) {
         return integer(0x85, value.integer);
     case Kind::unsignedInt:
         content = integerContent(static_cast<i64>(value.unsignedInt));
-        if (value.unsignedInt >> 63)
+        if (value.unsignedInt >> 63) {
             content.insert(content.begin(), 0);
+        }
         return tlv(0x86, content);
     case Kind::floating: {
         const u32 bits = std::bit_cast<u32>(static_cast<f32>(value.real));
         content.push_back(8);
-        for (int shift = 24; shift >= 0; shift -= 8)
+        for (int shift = 24; shift >= 0; shift -= 8) {
             content.push_back(static_cast<u8>(bits >> shift));
+        }
         return tlv(0x87, content);
     }
     default:
-        for (const OctetKind &row : octetKinds)
-            if (row.kind == value.kind)
+        for (const OctetKind &row : octetKinds) {
+            if (row.kind == value.kind) {
                 return tlv(row.tag, value.octets);
+            }
+        }
         return content;
     }
 }
@@ -154,8 +168,9 @@ std::size_t encodedSize(const Type &type) {
     std::size_t content = 0;
     switch (type.kind) {
     case Kind::structure:
-        for (const Type &part : type.parts)
+        for (const Type &part : type.parts) {
             content += encodedSize(part);
+        }
         break;
     case Kind::array:
         content = type.parts.empty() ? 0 : type.count * encodedSize(type.parts.front());
@@ -184,10 +199,13 @@ std::size_t encodedSize(const Type &type) {
 }
 
 const Type *component(const Type &type, const std::string &name) {
-    if (type.kind == Kind::structure)
-        for (std::size_t i = 0; i < type.names.size(); ++i)
-            if (type.names[i] == name)
+    if (type.kind == Kind::structure) {
+        for (std::size_t i = 0; i < type.names.size(); ++i) {
+            if (type.names[i] == name) {
                 return &type.parts[i];
+            }
+        }
+    }
     return nullptr;
 }
 

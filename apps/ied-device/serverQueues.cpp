@@ -97,11 +97,6 @@ void clearOrTrigger(Instrument *instrument, u32 command) {
     }
 }
 
-void print(const std::string &line) {
-    std::fputs(line.c_str(), stdout);
-    std::fflush(stdout);
-}
-
 } // namespace
 
 std::string commandLine(const manageMsg &message) {
@@ -143,6 +138,11 @@ void executeCommand(Instrument *instrument, const manageMsg &message) {
     for (u32 i = 0; i < region::commandCounter.count; i++) {
         takeCounter(region, region::commandCounter, i);
     }
+}
+
+void print(const std::string &line) {
+    std::fputs(line.c_str(), stdout);
+    std::fflush(stdout);
 }
 
 void serveQueues(Instrument *instrument, bool show) {

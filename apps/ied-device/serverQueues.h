@@ -13,6 +13,10 @@ namespace ied::instrument {
 std::string commandLine(const manageMsg &message);
 std::string watchdogLine(const WdgMessage &message);
 
+// Writes a line to the standard output at once; the C library's lock of the stream keeps the lines of
+// several tasks whole.
+void print(const std::string &line);
+
 // Does what a command asks for and acknowledges it: the counters of the edit area become those of
 // the live area, a commit is answered by the done or the refused counter.
 void executeCommand(Instrument *instrument, const manageMsg &message);

@@ -11,12 +11,6 @@ namespace {
 
 MsgQId watchdogQueue;
 
-// The C library's lock of the stream keeps the lines of both tasks whole.
-void print(const std::string &line) {
-    std::fputs(line.c_str(), stdout);
-    std::fflush(stdout);
-}
-
 void watchWatchdog(TaskArgument) {
     WdgMessage message{};
     for (;;) {

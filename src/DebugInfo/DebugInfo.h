@@ -10,15 +10,41 @@ namespace ied {
 
 // Categories: index of dbLevel of the configuration record and of dbInfoCatName.
 enum DbCategory : u8 {
-    DbSCL, DbGEN, DbSOC, DbISO, DbMMS, DbMOD, DbDAT, DbRPT,
-    DbLOG, DbCTL, DbFIL, DbSET, DbGSE, DbUPD, DbWDG, DbOTH,
+    DbSCL,
+    DbGEN,
+    DbSOC,
+    DbISO,
+    DbMMS,
+    DbMOD,
+    DbDAT,
+    DbRPT,
+    DbLOG,
+    DbCTL,
+    DbFIL,
+    DbSET,
+    DbGSE,
+    DbUPD,
+    DbWDG,
+    DbOTH,
 };
 
 // Levels; a smaller one is graver. Level 0 ends the process, 0 and 1 carry errno.
-enum DbLevel : u8 { DbPAN, DbSYS, DbERR, DbCRI, DbINF, DbDBG };
+enum DbLevel : u8 {
+    DbPAN,
+    DbSYS,
+    DbERR,
+    DbCRI,
+    DbINF,
+    DbDBG
+};
 
 // Destinations, values of dbDest.
-enum DbDestination : u8 { DBINFO_DST_NONE, DBINFO_DST_CONSOLE, DBINFO_DST_FILE, DBINFO_DST_BOTH };
+enum DbDestination : u8 {
+    DBINFO_DST_NONE,
+    DBINFO_DST_CONSOLE,
+    DBINFO_DST_FILE,
+    DBINFO_DST_BOTH
+};
 
 extern const char *const dbInfoCatName[16];
 extern const char *const dbInfoLvName[6];

@@ -40,8 +40,9 @@ template <class Key, class T> u32 encodeChoice(GenBuf *gen, const T *value) {
     u32 octets = 0;
     findRow<Key>([&](const auto &row) {
         const bool holds = rowHolds(row, value->choiceId);
-        if (holds)
+        if (holds) {
             octets = rowEncode(row, gen, value);
+        }
         return holds;
     });
     return octets;
@@ -59,8 +60,9 @@ template <class Key, class T> void decodeSequence(Reader &reader, u32 len, T *va
             berFail(code - static_cast<i32>(index.value), "Unexpected Tag\n");
         }
     });
-    if (tag)
+    if (tag) {
         berFail(code - errorUnexpectedTag, "Unexpected Tag\n");
+    }
     scope.close();
 }
 
@@ -71,20 +73,24 @@ template <class Key, class T> void decodeSet(Reader &reader, u32 len, T *value) 
     while (const u32 tag = scope.nextTag()) {
         bool taken = false;
         eachRow<Key>([&](auto index, const auto &row) {
-            if (taken || !rowMatches(row, tag))
+            if (taken || !rowMatches(row, tag)) {
                 return;
-            if (found & 1u << index.value)
+            }
+            if (found & 1u << index.value) {
                 berFail(code - errorRepeated, "Unexpected Tag\n");
+            }
             found |= 1u << index.value;
             rowDecode(row, reader, tag, value, code);
             taken = true;
         });
-        if (!taken)
+        if (!taken) {
             berFail(code - errorUnexpectedTag, "Unexpected Tag\n");
+        }
     }
     eachRow<Key>([&](auto index, const auto &row) {
-        if (!isOptional(row) && !(found & 1u << index.value))
+        if (!isOptional(row) && !(found & 1u << index.value)) {
             berFail(code - static_cast<i32>(index.value), "Unexpected Tag\n");
+        }
     });
     scope.close();
 }
@@ -93,13 +99,15 @@ template <class Key, class T> void decodeChoice(Reader &reader, u32 tag, u32 len
     constexpr i32 code = asnDefinition<Key>.code;
     bool taken = false;
     findRow<Key>([&](const auto &row) {
-        if (!rowMatches(row, tag) || !rowAllowed(row, *reader.env))
+        if (!rowMatches(row, tag) || !rowAllowed(row, *reader.env)) {
             return rowClaims(row, tag) && !rowMatches(row, tag);
+        }
         rowDecode(row, reader, tag, len, value, code);
         return taken = true;
     });
-    if (!taken)
+    if (!taken) {
         berFail(code, "ERROR - unexpected tag in CHOICE\n");
+    }
 }
 
 template <class T, class Key> struct Record {
@@ -114,10 +122,11 @@ template <class T, class Key> struct Record {
     }
 
     static u32 encode(GenBuf *gen, const T *value) {
-        if constexpr (shape == Shape::choice)
+        if constexpr (shape == Shape::choice) {
             return encodeChoice<Key>(gen, value);
-        else
+        } else {
             return encodeComponents<Key>(gen, value);
+        }
     }
 
     static void decode(Reader &reader, [[maybe_unused]] u32 tagRead, u32 len, T *value) {
@@ -131,15 +140,17 @@ template <class T, class Key> struct Record {
     }
 
     static void release(T *value) {
-        if constexpr (shape == Shape::choice)
+        if constexpr (shape == Shape::choice) {
             findRow<Key>([&](const auto &row) {
                 const bool holds = rowHolds(row, value->choiceId);
-                if (holds)
+                if (holds) {
                     rowRelease(row, value);
+                }
                 return holds;
             });
-        else
+        } else {
             eachRow<Key>([&](auto, const auto &row) { rowRelease(row, value); });
+        }
     }
 };
 
@@ -173,8 +184,9 @@ void AsnOperations<T, Kind>::decodeTagged(GenBuf *gen, T *value, u32 *bytesDecod
     asn::Reader reader{*gen->bufInfo, env};
     const u8 *start = reader.block->curr;
     const u32 tag = asn::readTag(reader);
-    if (!asn::matches<asn::kindOf<Kind>>(asn::untagged, tag))
+    if (!asn::matches<asn::kindOf<Kind>>(asn::untagged, tag)) {
         berFail(-99, "Unexpected Tag\n");
+    }
     asn::kindOf<Kind>::decode(reader, tag, asn::readLen(reader), value);
     *bytesDecoded += static_cast<u32>(reader.block->curr - start);
 }

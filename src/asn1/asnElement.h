@@ -16,29 +16,34 @@ constexpr u32 tagOf(u32 identifier, Form form) {
 }
 
 template <class Kind> bool matchesIdentifier(u32 identifier, u32 tag) {
-    if constexpr (Kind::form == Form::either)
+    if constexpr (Kind::form == Form::either) {
         return (tag & ~constructedBit) == identifier;
-    else
+    } else {
         return tag == tagOf(identifier, Kind::form);
+    }
 }
 
 // Whether an element that starts with `tag` is one of this kind under this tagging.
 template <class Kind> bool matches(Tag expected, u32 tag) {
-    if (expected.tagging == Tagging::explicitly)
+    if (expected.tagging == Tagging::explicitly) {
         return tag == (expected.identifier | constructedBit);
-    if (expected.tagging == Tagging::implicitly)
+    }
+    if (expected.tagging == Tagging::implicitly) {
         return matchesIdentifier<Kind>(expected.identifier, tag);
-    if constexpr (BringsTag<Kind>)
+    }
+    if constexpr (BringsTag<Kind>) {
         return Kind::matches(tag);
-    else
+    } else {
         return matchesIdentifier<Kind>(Kind::tag, tag);
+    }
 }
 
 template <class Kind> u32 encodeElement(GenBuf *gen, Tag tag, const typename Kind::Value *value) {
     u32 octets = Kind::encode(gen, value);
     if constexpr (!BringsTag<Kind>) {
-        if (tag.tagging == Tagging::implicitly)
+        if (tag.tagging == Tagging::implicitly) {
             return putHeader(gen, tagOf(tag.identifier, Kind::form), octets);
+        }
         octets = putHeader(gen, tagOf(Kind::tag, Kind::form), octets);
     }
     return tag.tagging == Tagging::explicitly ? putHeader(gen, tag.identifier | constructedBit, octets)
@@ -55,11 +60,13 @@ void decodeElement(Reader &reader, Tag expected, u32 tag, u32 len, typename Kind
     }
     Scope scope(reader, len, code - errorLength);
     const u32 inner = scope.nextTag();
-    if (!matches<Kind>(untagged, inner))
+    if (!matches<Kind>(untagged, inner)) {
         berFail(code - errorUnexpectedTag, "Unexpected Tag\n");
+    }
     Kind::decode(reader, inner, readLen(reader), value);
-    if (scope.nextTag())
+    if (scope.nextTag()) {
         berFail(code - errorUnexpectedTag, "Unexpected Tag\n");
+    }
     scope.close();
 }
 
@@ -85,8 +92,9 @@ template <class Kind, class Field> u32 encodeField(GenBuf *gen, Tag tag, const F
     if constexpr (!std::is_pointer_v<Field>) {
         return optional && !hasData(field) ? 0 : encodeElement<Kind>(gen, tag, &field);
     } else {
-        if (field)
+        if (field) {
             return encodeElement<Kind>(gen, tag, field);
+        }
         if constexpr (std::is_same_v<Field, AsnList *>) {
             constexpr AsnList empty{};
             return optional ? 0 : encodeElement<Kind>(gen, tag, &empty);
@@ -108,8 +116,9 @@ void decodeField(Reader &reader, Tag expected, u32 tag, u32 len, Field &field, i
 
 template <class Kind, class Field> void releaseField(Field &field) {
     if constexpr (std::is_pointer_v<Field>) {
-        if (!field)
+        if (!field) {
             return;
+        }
         Kind::release(field);
         Free(field);
         field = nullptr;
@@ -129,9 +138,11 @@ template <class Element> struct SequenceOf {
 
     static u32 encode(GenBuf *gen, const AsnList *list) {
         u32 octets = 0;
-        for (const AsnListElement *element = list->last; element; element = element->prev)
-            if (const auto *value = asnListValue<typename Kind::Value>(element))
+        for (const AsnListElement *element = list->last; element; element = element->prev) {
+            if (const auto *value = asnListValue<typename Kind::Value>(element)) {
                 octets += encodeElement<Kind>(gen, untagged, value);
+            }
+        }
         return octets;
     }
 
@@ -140,8 +151,9 @@ template <class Element> struct SequenceOf {
         Scope scope(reader, len, code - errorLength);
         while (const u32 elementTag = scope.nextTag()) {
             // A choice tells by itself that a tag is none of its own.
-            if (!BringsTag<Kind> && !matches<Kind>(untagged, elementTag))
+            if (!BringsTag<Kind> && !matches<Kind>(untagged, elementTag)) {
                 berFail(code - errorUnexpectedTag, "Unexpected Tag\n");
+            }
             const u32 elementLen = readLen(reader);
             Kind::decode(reader, elementTag, elementLen, asnListPush(list, MallocOf<typename Kind::Value>()));
         }

@@ -43,8 +43,9 @@ AsnList *AsnListNew(u32 dataSize) {
 }
 
 void AsnListFree(AsnList *list) {
-    if (!list)
+    if (!list) {
         return;
+    }
     for (AsnListElement *element = list->first; element;) {
         AsnListElement *next = element->next;
         Free(element);
@@ -73,8 +74,9 @@ void *AsnListInsert(AsnList *list) {
 
 void AsnListRemove(AsnList *list) {
     AsnListElement *element = list->curr;
-    if (!element)
+    if (!element) {
         return;
+    }
     (element->prev ? element->prev->next : list->first) = element->next;
     (element->next ? element->next->prev : list->last) = element->prev;
     list->curr = element->next;

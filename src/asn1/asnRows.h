@@ -74,8 +74,9 @@ void rowDecode(const Alternative<C, M, K, W> &row, Reader &reader, u32 tag, u32 
 
 template <u32 C, auto M, class K, Condition W, class T>
 void rowRelease(const Alternative<C, M, K, W> &, [[maybe_unused]] T *value) {
-    if constexpr (!std::is_null_pointer_v<decltype(M)>)
+    if constexpr (!std::is_null_pointer_v<decltype(M)>) {
         releaseField<K>(value->*M);
+    }
 }
 
 // Number of a context tag of one or two octets; 0xFFFFFFFF for any other tag.

@@ -15,11 +15,13 @@ inline bool isConstructed(u32 tag) {
 
 // Octets of the identifier that `tag` holds.
 constexpr u32 tagOctets(u32 tag) {
-    if ((tag >> 24 & 0x1F) != 0x1F)
+    if ((tag >> 24 & 0x1F) != 0x1F) {
         return 1;
+    }
     u32 octets = 2;
-    while (octets < 4 && (tag >> (32 - 8 * octets) & 0x80))
+    while (octets < 4 && (tag >> (32 - 8 * octets) & 0x80)) {
         ++octets;
+    }
     return octets;
 }
 
@@ -27,10 +29,11 @@ constexpr u32 tagOctets(u32 tag) {
 
 inline void putOctet(GenBuf *gen, u8 octet) {
     ExpBuf *block = *gen->bufInfo;
-    if (block->dataStart > block->blkStart)
+    if (block->dataStart > block->blkStart) {
         *--block->dataStart = octet;
-    else
+    } else {
         gen->ops->BufPutByteRvs(gen->bufInfo, octet);
+    }
 }
 
 // Writes `len` octets, which may be none; returns their count.
@@ -80,16 +83,18 @@ u32 readLongLen(Reader &reader);
 // Throws -74.
 inline u32 readTag(Reader &reader) {
     ExpBuf *block = reader.block;
-    if (block->curr < block->dataEnd && (*block->curr & 0x1F) != 0x1F)
+    if (block->curr < block->dataEnd && (*block->curr & 0x1F) != 0x1F) {
         return static_cast<u32>(*block->curr++) << 24;
+    }
     return readLongTag(reader);
 }
 
 // Throws -41 to -43.
 inline u32 readLen(Reader &reader) {
     ExpBuf *block = reader.block;
-    if (block->curr < block->dataEnd && *block->curr < 0x80)
+    if (block->curr < block->dataEnd && *block->curr < 0x80) {
         return *block->curr++;
+    }
     return readLongLen(reader);
 }
 
@@ -99,20 +104,24 @@ class Scope {
     // Throws `code` when the content would leave its parent.
     Scope(Reader &reader, u32 len, i32 code)
         : reader_(reader), outerEnd_(reader.block->dataEnd), indefinite_(len == berIndefinite) {
-        if (indefinite_)
+        if (indefinite_) {
             return;
-        if (len > left(reader))
+        }
+        if (len > left(reader)) {
             berFail(code, "ERROR - decoded past end of data\n");
+        }
         reader.block->dataEnd = reader.block->curr + len;
     }
 
     // Tag of the next element, or 0 behind the last one, where the end-of-contents is consumed.
     u32 nextTag() {
-        if (!indefinite_ && reader_.block->curr == reader_.block->dataEnd)
+        if (!indefinite_ && reader_.block->curr == reader_.block->dataEnd) {
             return 0;
+        }
         const u32 tag = readTag(reader_);
-        if (tag == 0)
+        if (tag == 0) {
             readEndOfContents();
+        }
         return tag;
     }
 
@@ -122,10 +131,12 @@ class Scope {
 
   private:
     void readEndOfContents() {
-        if (!indefinite_)
+        if (!indefinite_) {
             berFail(-48, "Unexpected Tag\n");
-        if (left(reader_) == 0 || *reader_.block->curr != 0)
+        }
+        if (left(reader_) == 0 || *reader_.block->curr != 0) {
             berFail(-49, "ERROR - second octet of EOC not zero\n");
+        }
         ++reader_.block->curr;
     }
 
@@ -138,8 +149,9 @@ class Scope {
 class Nesting {
   public:
     explicit Nesting(u32 &depth) : depth_(depth) {
-        if (++depth_ > berDepthLimit)
+        if (++depth_ > berDepthLimit) {
             berFail(-97, "ERROR - nested too deep\n");
+        }
     }
     ~Nesting() { --depth_; }
     Nesting(const Nesting &) = delete;

@@ -10,8 +10,9 @@ namespace {
 
 // Passes over `len` octets of a primitive.
 void skipPrimitive(Reader &reader, u32 len) {
-    if (len > left(reader)) // the indefinite form, too
+    if (len > left(reader)) { // the indefinite form, too
         berFail(-98, "ERROR - decoded past end of data\n");
+    }
     reader.block->curr += len;
 }
 
@@ -23,10 +24,11 @@ u32 skipElements(Reader &reader, u32 len, u32 depth) {
     Scope scope(reader, len, -98);
     while (const u32 tag = scope.nextTag()) {
         const u32 elementLen = readLen(reader);
-        if (isConstructed(tag))
+        if (isConstructed(tag)) {
             skipElements(reader, elementLen, depth);
-        else
+        } else {
             skipPrimitive(reader, elementLen);
+        }
     }
     scope.close();
     return static_cast<u32>(reader.block->curr - start) - (len == berIndefinite ? 2 : 0);
@@ -49,10 +51,11 @@ void keepElement(u32 tag, const u8 *content, u32 len, AsnOcts *value) {
 
 void Undecoded::decode(Reader &reader, u32 tagRead, u32 len, AsnOcts *value) {
     const u8 *content = reader.block->curr;
-    if (isConstructed(tagRead))
+    if (isConstructed(tagRead)) {
         len = skipElements(reader, len, 0);
-    else
+    } else {
         skipPrimitive(reader, len);
+    }
     keepElement(tagRead, content, len, value);
 }
 
@@ -61,20 +64,24 @@ u32 Any::encode(GenBuf *gen, const AsnAny *value) {
 }
 
 void Any::decode(Reader &reader, u32 tagRead, u32 len, AsnAny *value) {
-    if (value->ai)
+    if (value->ai) {
         berFail(-13, "ERROR - ANY Decode routine is NULL\n");
-    if (len == berIndefinite)
+    }
+    if (len == berIndefinite) {
         berFail(-95, "BDecUnknownAsnAny: ERROR - indef length object found\n");
-    if (len > left(reader))
+    }
+    if (len > left(reader)) {
         berFail(-96, "BDecUnknownAsnAny: ERROR - decoded past end of data\n");
+    }
     value->value = MallocOf<AsnOcts>();
     keepElement(tagRead, reader.block->curr, len, value->value);
     reader.block->curr += len;
 }
 
 void Any::release(AsnAny *value) {
-    if (value->value)
+    if (value->value) {
         OctetString::release(value->value);
+    }
     Free(value->value);
     *value = {};
 }

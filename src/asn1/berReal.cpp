@@ -26,8 +26,9 @@ u32 mantissaOctets(f64 fraction, u8 octets[8]) {
 // of this width is meant.
 i32 takeExponent(Reader &reader, u32 octets) {
     AsnInt exponent = 0;
-    if (octets > 4)
+    if (octets > 4) {
         berFail(-68, "BDecAsnRealContent: ERROR - unsupported base for a binary real number.\n");
+    }
     Integer::decode(reader, 0, octets, &exponent);
     return exponent;
 }
@@ -35,8 +36,9 @@ i32 takeExponent(Reader &reader, u32 octets) {
 } // namespace
 
 u32 Real::encode(GenBuf *gen, const AsnReal *value) {
-    if (*value == 0)
+    if (*value == 0) {
         return 0;
+    }
     if (!std::isfinite(*value)) {
         putOctet(gen, std::isnan(*value) ? notANumber : *value > 0 ? plusInfinity : minusInfinity);
         return 1;
@@ -52,35 +54,43 @@ u32 Real::encode(GenBuf *gen, const AsnReal *value) {
 }
 
 void Real::decode(Reader &reader, u32, u32 len, AsnReal *value) {
-    if (len == berIndefinite)
+    if (len == berIndefinite) {
         berFail(-66, "BDecAsnRealContent: ERROR - indefinite length on primitive.\n");
-    if (len > left(reader))
+    }
+    if (len > left(reader)) {
         berFail(-70, "BDecAsnRealContent: ERROR - decoded past end of data\n");
+    }
     *value = 0;
-    if (len == 0)
+    if (len == 0) {
         return;
+    }
     const u8 *end = reader.block->curr + len;
     const u8 first = *reader.block->curr++;
     if (len == 1 || (first & 0xC0) == 0x40) {
-        if (len != 1 || (first != plusInfinity && first != minusInfinity))
+        if (len != 1 || (first != plusInfinity && first != minusInfinity)) {
             berFail(-67, "BDecAsnRealContent: ERROR - unrecognized real number of length 1 octet.\n");
+        }
         const f64 infinity = std::numeric_limits<f64>::infinity();
         *value = first == plusInfinity ? infinity : -infinity;
         return;
     }
-    if (!(first & 0x80))
+    if (!(first & 0x80)) {
         berFail(-69, "BDecAsnRealContent: ERROR - decimal REAL form is not currently supported\n");
+    }
     constexpr int bitsOfBase[] = {1, 3, 4, 0}; // 2, 8, 16, reserved
     const int bits = bitsOfBase[first >> 4 & 3];
-    if (bits == 0)
+    if (bits == 0) {
         berFail(-68, "BDecAsnRealContent: ERROR - unsupported base for a binary real number.\n");
+    }
     const u32 exponentOctets = (first & 3) < 3 ? (first & 3) + u32{1} : *reader.block->curr++;
-    if (exponentOctets > static_cast<u32>(end - reader.block->curr))
+    if (exponentOctets > static_cast<u32>(end - reader.block->curr)) {
         berFail(-70, "BDecAsnRealContent: ERROR - decoded past end of data\n");
+    }
     const i64 exponent = i64{takeExponent(reader, exponentOctets)} * bits + (first >> 2 & 3);
     f64 mantissa = 0;
-    while (reader.block->curr < end)
+    while (reader.block->curr < end) {
         mantissa = mantissa * 256 + *reader.block->curr++;
+    }
     constexpr i64 limit = 100000; // far beyond every finite number, within the exponent's type
     const int shift = static_cast<int>(exponent > limit ? limit : exponent < -limit ? -limit : exponent);
     *value = std::ldexp(first & 0x40 ? -mantissa : mantissa, shift);

@@ -12,10 +12,12 @@ u32 Boolean::encode(GenBuf *gen, const AsnBool *value) {
 }
 
 void Boolean::decode(Reader &reader, u32, u32 len, AsnBool *value) {
-    if (len != 1)
+    if (len != 1) {
         berFail(-25, "BDecAsnBoolContent: ERROR - BOOLEAN length must be 1\n");
-    if (left(reader) == 0)
+    }
+    if (left(reader) == 0) {
         berFail(-26, "BDecAsnBoolContent: ERROR - decoded past end of data\n");
+    }
     *value = *reader.block->curr++ != 0;
 }
 
@@ -23,14 +25,16 @@ namespace {
 
 // Writes the `octets` low octets of `value`.
 u32 putBigEndian(GenBuf *gen, u32 value, u32 octets) {
-    for (u32 i = 0; i < octets; ++i)
+    for (u32 i = 0; i < octets; ++i) {
         putOctet(gen, static_cast<u8>(value >> (8 * i)));
+    }
     return octets;
 }
 
 u32 takeBigEndian(Reader &reader, u32 octets, u32 value) {
-    for (; octets; --octets)
+    for (; octets; --octets) {
         value = value << 8 | *reader.block->curr++;
+    }
     return value;
 }
 
@@ -38,40 +42,49 @@ u32 takeBigEndian(Reader &reader, u32 octets, u32 value) {
 
 u32 Integer::encode(GenBuf *gen, const AsnInt *value) {
     u32 octets = 1;
-    while (octets < 4 && *value >> (8 * octets - 1) != *value >> 31)
+    while (octets < 4 && *value >> (8 * octets - 1) != *value >> 31) {
         ++octets;
+    }
     return putBigEndian(gen, static_cast<u32>(*value), octets);
 }
 
 void Integer::decode(Reader &reader, u32, u32 len, AsnInt *value) {
-    if (len > 4)
+    if (len > 4) {
         berFail(-34, "BDecAsnIntContent: ERROR - integer to big to decode.\n");
-    if (len == 0 || len > left(reader))
+    }
+    if (len == 0 || len > left(reader)) {
         berFail(-35, "BDecAsnIntContent: ERROR - decoded past end of data \n");
+    }
     const u32 sign = *reader.block->curr & 0x80 ? 0xFFFFFFFF : 0;
     *value = static_cast<AsnInt>(takeBigEndian(reader, len, sign));
 }
 
 u32 Unsigned::encode(GenBuf *gen, const UAsnInt *value) {
     u32 octets = 1;
-    while (octets < 4 && *value >> (8 * octets - 1) != 0)
+    while (octets < 4 && *value >> (8 * octets - 1) != 0) {
         ++octets;
+    }
     putBigEndian(gen, *value, octets);
-    if (octets < 4 || *value >> 31 == 0)
+    if (octets < 4 || *value >> 31 == 0) {
         return octets;
+    }
     putOctet(gen, 0);
     return octets + 1;
 }
 
 void Unsigned::decode(Reader &reader, u32, u32 len, UAsnInt *value) {
-    if (len > 5)
+    if (len > 5) {
         berFail(-37, "BDecUAsnIntContent: ERROR - integer to big to decode.\n");
-    if (len == 0 || len > left(reader))
+    }
+    if (len == 0 || len > left(reader)) {
         berFail(-40, "BDecUIntegerContent: ERROR - decoded past end of data\n");
-    if (*reader.block->curr > 127)
+    }
+    if (*reader.block->curr > 127) {
         berFail(-38, "BDecUAsnIntContent: ERROR - integer is negative.\n");
-    if (len == 5 && *reader.block->curr != 0)
+    }
+    if (len == 5 && *reader.block->curr != 0) {
         berFail(-39, "BDecUAsnIntContent: ERROR - integer is negative.\n");
+    }
     *value = takeBigEndian(reader, len, 0);
 }
 
@@ -80,8 +93,9 @@ u32 Null::encode(GenBuf *, const AsnNull *) {
 }
 
 void Null::decode(Reader &, u32, u32 len, AsnNull *) {
-    if (len != 0)
+    if (len != 0) {
         berFail(-52, "BDecAsnNullContent: ERROR - NULL type's len must be 0\n");
+    }
 }
 
 u32 ObjectIdentifier::encode(GenBuf *gen, const AsnOid *value) {
@@ -89,10 +103,12 @@ u32 ObjectIdentifier::encode(GenBuf *gen, const AsnOid *value) {
 }
 
 void ObjectIdentifier::decode(Reader &reader, u32, u32 len, AsnOid *value) {
-    if (len == berIndefinite)
+    if (len == berIndefinite) {
         berFail(-61, "BDecAsnOidContent: ERROR - indefinite length on primitive\n");
-    if (len > left(reader))
+    }
+    if (len > left(reader)) {
         berFail(-62, "BDecAsnOidContent: ERROR - decoded past end of data\n");
+    }
     value->octs = static_cast<u8 *>(Malloc(len + std::size_t{1}));
     value->octetLen = len;
     std::memcpy(value->octs, reader.block->curr, len);

@@ -47,25 +47,30 @@ constexpr SegmentRules bitRules = {
 // Takes the unused-bits octet at the start of a bit string of `len` octets, which are there.
 u32 takeUnusedBits(Reader &reader, u32 len) {
     const u8 unused = *reader.block->curr++;
-    if (unused > 7 || (unused > 0 && len == 1))
+    if (unused > 7 || (unused > 0 && len == 1)) {
         berFail(-14);
+    }
     return unused;
 }
 
 void takeSegment(Reader &reader, u32 len, const SegmentRules &rules, Segments &segments) {
-    if (len > left(reader))
+    if (len > left(reader)) {
         berFail(rules.pastEnd, rules.pastEndText);
+    }
     if (rules.bits) {
-        if (len == 0)
+        if (len == 0) {
             berFail(-20, invalidBitLen);
-        if (segments.unused)
+        }
+        if (segments.unused) {
             berFail(-16, "FillBitStringStk: ERROR - a component of a constructed BIT STRING that is not "
                          "the last has non-zero unused bits\n");
+        }
         segments.unused = takeUnusedBits(reader, len);
         --len;
     }
-    if (segments.to && len)
+    if (segments.to && len) {
         std::memcpy(segments.to + segments.octets, reader.block->curr, len);
+    }
     segments.octets += len;
     reader.block->curr += len;
 }
@@ -75,12 +80,13 @@ void takeSegments(Reader &reader, u32 len, const SegmentRules &rules, Segments &
     Scope scope(reader, len, rules.pastEnd);
     while (const u32 tag = scope.nextTag()) {
         const u32 segmentLen = readLen(reader);
-        if (tag == rules.tag)
+        if (tag == rules.tag) {
             takeSegment(reader, segmentLen, rules, segments);
-        else if (tag == (rules.tag | constructedBit))
+        } else if (tag == (rules.tag | constructedBit)) {
             takeSegments(reader, segmentLen, rules, segments, depth);
-        else
+        } else {
             berFail(rules.otherTag, rules.otherTagText);
+        }
     }
     scope.close();
 }
@@ -99,9 +105,11 @@ Segments joinSegments(Reader &reader, u32 len, const SegmentRules &rules, u8 *&b
 }
 
 bool isVisible(const AsnOcts &text) {
-    for (u32 i = 0; i < text.octetLen; ++i)
-        if (text.octs[i] > 128)
+    for (u32 i = 0; i < text.octetLen; ++i) {
+        if (text.octs[i] > 128) {
             return false;
+        }
+    }
     return true;
 }
 
@@ -111,9 +119,11 @@ int utf8Followers(u8 lead) {
     constexpr struct {
         u8 mask, value;
     } leads[] = {{0x80, 0x00}, {0xE0, 0xC0}, {0xF0, 0xE0}, {0xF8, 0xF0}, {0xFC, 0xF8}, {0xFE, 0xFC}};
-    for (int i = 0; i < 6; ++i)
-        if ((lead & leads[i].mask) == leads[i].value)
+    for (int i = 0; i < 6; ++i) {
+        if ((lead & leads[i].mask) == leads[i].value) {
             return i;
+        }
+    }
     return -1;
 }
 
@@ -121,19 +131,22 @@ bool isUtf8(const AsnOcts &text) {
     int followers = 0;
     for (u32 i = 0; i < text.octetLen; ++i) {
         const u8 octet = text.octs[i];
-        if (followers > 0 && (octet & 0xC0) != 0x80)
+        if (followers > 0 && (octet & 0xC0) != 0x80) {
             return false;
+        }
         followers = followers > 0 ? followers - 1 : utf8Followers(octet);
-        if (followers < 0)
+        if (followers < 0) {
             return false;
+        }
     }
     return followers == 0;
 }
 
 // Encodes text; one that is not what its type allows marks the buffer and goes out all the same.
 u32 encodeText(GenBuf *gen, const AsnOcts *value, bool allowed(const AsnOcts &)) {
-    if (value->octs && !allowed(*value))
+    if (value->octs && !allowed(*value)) {
         gen->ops->BufSetWriteError(gen->bufInfo, 1);
+    }
     return OctetString::encode(gen, value);
 }
 
@@ -153,12 +166,15 @@ void BitString::decode(Reader &reader, u32 tagRead, u32 len, AsnBits *value) {
         value->bitLen = joined.octets * 8 - joined.unused;
         return;
     }
-    if (len == berIndefinite)
+    if (len == berIndefinite) {
         berFail(-19, "BDecAsnBitsContent: ERROR - indefinite length on primitive\n");
-    if (len == 0)
+    }
+    if (len == 0) {
         berFail(-15, invalidBitLen);
-    if (len > left(reader))
+    }
+    if (len > left(reader)) {
         berFail(-21, "BDecAsnBitsContent: ERROR - decoded past end of data\n");
+    }
     const u32 unused = takeUnusedBits(reader, len);
     value->bits = newOctets(len - 1);
     value->bitLen = (len - 1) * 8 - unused;
@@ -180,10 +196,12 @@ void OctetString::decode(Reader &reader, u32 tagRead, u32 len, AsnOcts *value) {
         value->octetLen = joinSegments(reader, len, octetRules, value->octs).octets;
         return;
     }
-    if (len == berIndefinite)
+    if (len == berIndefinite) {
         berFail(-58, "BDecAsnOctsContent: ERROR - indefinite length on primitive\n");
-    if (len > left(reader))
+    }
+    if (len > left(reader)) {
         berFail(-59, "BDecAsnOctsContent: ERROR - decoded past end of data\n");
+    }
     value->octs = newOctets(len);
     value->octetLen = len;
     std::memcpy(value->octs, reader.block->curr, len);
@@ -201,8 +219,9 @@ u32 Visible::encode(GenBuf *gen, const AsnOcts *value) {
 
 void Visible::decode(Reader &reader, u32 tagRead, u32 len, AsnOcts *value) {
     OctetString::decode(reader, tagRead, len, value);
-    if (!isVisible(*value))
+    if (!isVisible(*value)) {
         berFail(-93, "BDecVisibleStringContent: ERROR - Format Error");
+    }
 }
 
 u32 Utf8::encode(GenBuf *gen, const AsnOcts *value) {
@@ -211,8 +230,9 @@ u32 Utf8::encode(GenBuf *gen, const AsnOcts *value) {
 
 void Utf8::decode(Reader &reader, u32 tagRead, u32 len, AsnOcts *value) {
     OctetString::decode(reader, tagRead, len, value);
-    if (!isUtf8(*value))
+    if (!isUtf8(*value)) {
         berFail(-91, "BDecUTF8StringContent: ERROR - Invalid UTF-8 Encoding");
+    }
 }
 
 } // namespace ied::asn

@@ -16,8 +16,9 @@ u32 available(const ExpBuf *block) {
 
 u8 ExpBufPeekByte(ExpBuf **buf) {
     ExpBuf *block = *buf;
-    if (block->curr < block->dataEnd)
+    if (block->curr < block->dataEnd) {
         return *block->curr;
+    }
     block->readError = 1;
     return 0;
 }
@@ -42,10 +43,12 @@ const u8 *ExpBufGetSeg(ExpBuf **buf, u32 *len) {
 u32 ExpBufPeekCopy(ExpBuf **buf, u8 *to, u32 len) {
     u32 there = len;
     const u8 *from = ExpBufPeekSeg(buf, &there);
-    if (there)
+    if (there) {
         std::memcpy(to, from, there);
-    if (there < len)
+    }
+    if (there < len) {
         (*buf)->readError = 1;
+    }
     return there;
 }
 
@@ -58,8 +61,9 @@ u32 ExpBufCopy(ExpBuf **buf, u8 *to, u32 len) {
 void ExpBufSkip(ExpBuf **buf, u32 len) {
     const u32 there = std::min(len, available(*buf));
     (*buf)->curr += there;
-    if (there < len)
+    if (there < len) {
         (*buf)->readError = 1;
+    }
 }
 
 void ExpBufCopyAny(ExpBuf **buf, AsnOcts *out, u32 *bytesDecoded) {
@@ -67,10 +71,12 @@ void ExpBufCopyAny(ExpBuf **buf, AsnOcts *out, u32 *bytesDecoded) {
     const u8 *start = (*buf)->curr;
     asn::readTag(reader);
     const u32 len = asn::readLen(reader);
-    if (len == berIndefinite)
+    if (len == berIndefinite) {
         berFail(-95, "BDecUnknownAsnAny: ERROR - indef length object found\n");
-    if (len > asn::left(reader))
+    }
+    if (len > asn::left(reader)) {
         berFail(-96, "BDecUnknownAsnAny: ERROR - decoded past end of data\n");
+    }
     const u32 whole = static_cast<u32>((*buf)->curr - start) + len;
     out->octs = static_cast<u8 *>(Malloc(whole + std::size_t{1}));
     out->octetLen = whole;
@@ -92,8 +98,9 @@ void chainBlock(ExpBuf **buf) {
 
 void ExpBufPutSegRvs(ExpBuf **buf, const u8 *from, u32 len) {
     while (len) {
-        if ((*buf)->dataStart == (*buf)->blkStart)
+        if ((*buf)->dataStart == (*buf)->blkStart) {
             chainBlock(buf);
+        }
         ExpBuf *block = *buf;
         const u32 part = std::min(len, static_cast<u32>(block->dataStart - block->blkStart));
         len -= part;
@@ -156,8 +163,9 @@ void ExpBufResetInWriteRvsMode(ExpBuf *buf) {
 
 void ExpBufResetInReadMode(ExpBuf **buf) {
     ExpBuf *first = *buf;
-    while (first->prev)
+    while (first->prev) {
         first = first->prev;
+    }
     for (ExpBuf *block = first; block; block = block->next) {
         block->curr = block->dataStart;
         block->readError = 0;

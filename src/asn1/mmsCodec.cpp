@@ -17,8 +17,9 @@ u32 encodeVectorPart(GenBuf *gen, const AsnOcts *part) {
 }
 
 void releaseParts(AsnOcts *&parts, u32 count) {
-    for (u32 i = 0; parts && i < count; ++i)
+    for (u32 i = 0; parts && i < count; ++i) {
         OctetString::release(&parts[i]);
+    }
     Free(parts);
     parts = nullptr;
 }

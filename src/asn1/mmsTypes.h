@@ -16,6 +16,9 @@ struct AlternateAccessSelection;
 struct VariableSpecification;
 struct VariableAccessSpecification;
 
+// Laid out as compactly as the ASN.1 that it mirrors.
+// clang-format off
+
 // ------------------------------------------------------------------------------------ names
 
 struct ObjectNameSeq {
@@ -641,5 +644,7 @@ struct MMSpdu {
         ServiceError *conclude_ErrorPDU;
     };
 };
+
+// clang-format on
 
 } // namespace ied

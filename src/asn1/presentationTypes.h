@@ -13,7 +13,12 @@ struct Mode_selector {
 // What a PDV list carries. The octets do not tell an MMS PDU from an ACSE PDU: the decoder's
 // caller does.
 struct PDV_listChoice {
-    enum : u32 { mms, octetAligned, arbitrary, acse };
+    enum : u32 {
+        mms,
+        octetAligned,
+        arbitrary,
+        acse
+    };
     u32 choiceId;
     union {
         MMSpdu *mmsPdu;
@@ -30,7 +35,10 @@ struct PDV_list {
 };
 
 struct User_data {
-    enum : u32 { simplyEncoded, fullyEncoded };
+    enum : u32 {
+        simplyEncoded,
+        fullyEncoded
+    };
     u32 choiceId;
     union {
         AsnOcts *simply_encoded_data;
@@ -99,7 +107,12 @@ struct Authentication_valueSeq { // other
 };
 
 struct Authentication_value {
-    enum : u32 { charstring, bitstring, external, other };
+    enum : u32 {
+        charstring,
+        bitstring,
+        external,
+        other
+    };
     u32 choiceId;
     union {
         AsnOcts *charstring_;
@@ -129,7 +142,10 @@ struct AARQ_apdu {
 };
 
 struct Associate_source_diagnostic {
-    enum : u32 { acseServiceUser, acseServiceProvider };
+    enum : u32 {
+        acseServiceUser,
+        acseServiceProvider
+    };
     u32 choiceId;
     AsnInt value;
 };
@@ -164,7 +180,13 @@ struct ABRT_apdu {
 };
 
 struct ACSE_apdu {
-    enum : u32 { aarq, aare, rlrq, rlre, abrt };
+    enum : u32 {
+        aarq,
+        aare,
+        rlrq,
+        rlre,
+        abrt
+    };
     u32 choiceId;
     union {
         AARQ_apdu *aarq_;

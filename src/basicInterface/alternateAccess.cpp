@@ -20,24 +20,27 @@ bool withinBounds(const AccessSel &sel, u16 elements) {
 
 bool toComponent(GenNode **node, const AsnOcts *name) {
     GenNode *child = childByOcts(*node, name);
-    if (child == nullptr)
+    if (child == nullptr) {
         return false;
+    }
     *node = child;
     return true;
 }
 
 // Takes an index, a range or all elements, if the node is an array and nothing was taken before.
 bool takeElements(const GenNode *node, const AlternateAccessSelectionChoice &choice, AccessSel *sel) {
-    if (!isArray(node) || sel->kind != AccessSel::none)
+    if (!isArray(node) || sel->kind != AccessSel::none) {
         return false;
+    }
     switch (choice.choiceId) {
     case AlternateAccessSelectionChoice::index:
         sel->kind = AccessSel::oneIndex;
         sel->index = choice.index_;
         return true;
     case AlternateAccessSelectionChoice::indexRange:
-        if (choice.indexRange_ == nullptr)
+        if (choice.indexRange_ == nullptr) {
             return false;
+        }
         sel->kind = AccessSel::range;
         sel->firstIndex = choice.indexRange_->lowIndex;
         sel->count = choice.indexRange_->numberOfElements;
@@ -53,34 +56,41 @@ bool takeElements(const GenNode *node, const AlternateAccessSelectionChoice &cho
 bool narrow(GenNode **node, const AlternateAccess *access, AccessSel *sel, int nesting);
 
 bool narrowNested(GenNode **node, const AlternateAccessSelectionSeq *nested, AccessSel *sel, int nesting) {
-    if (nested == nullptr || nested->accessSelection == nullptr || nested->alternateAccess == nullptr)
+    if (nested == nullptr || nested->accessSelection == nullptr || nested->alternateAccess == nullptr) {
         return false;
+    }
     const AlternateAccessSelectionSeqChoice &choice = *nested->accessSelection;
-    if (choice.choiceId == AlternateAccessSelectionSeqChoice::component)
+    if (choice.choiceId == AlternateAccessSelectionSeqChoice::component) {
         return toComponent(node, choice.component_) && narrow(node, nested->alternateAccess, sel, nesting);
-    if (!takeElements(*node, choice, sel))
+    }
+    if (!takeElements(*node, choice, sel)) {
         return false;
+    }
     sel->arrayNode = *node;
     return narrow(&sel->arrayNode, nested->alternateAccess, sel, nesting);
 }
 
 // The selection that ends an access. One that fits no array leaves the node unnarrowed.
 bool narrowFinal(GenNode **node, const AlternateAccessSelectionChoice *choice, AccessSel *sel) {
-    if (choice == nullptr)
+    if (choice == nullptr) {
         return false;
-    if (choice->choiceId == AlternateAccessSelectionChoice::component)
+    }
+    if (choice->choiceId == AlternateAccessSelectionChoice::component) {
         return toComponent(node, choice->component_);
+    }
     takeElements(*node, *choice, sel);
     return true;
 }
 
 bool narrow(GenNode **node, const AlternateAccess *access, AccessSel *sel, int nesting) {
     if (nesting >= maxNesting || (*node)->nodeType > TypeArray || access->first == nullptr ||
-        access->first != access->last)
+        access->first != access->last) {
         return false;
+    }
     const auto *entry = asnListValue<AlternateAccessChoice>(access->first);
-    if (entry == nullptr || entry->choiceId != AlternateAccessChoice::unnamed || entry->unnamed_ == nullptr)
+    if (entry == nullptr || entry->choiceId != AlternateAccessChoice::unnamed || entry->unnamed_ == nullptr) {
         return false;
+    }
     const AlternateAccessSelection &selection = *entry->unnamed_;
     const bool taken = selection.choiceId == AlternateAccessSelection::selectAccess
                            ? narrowFinal(node, selection.selectAccess_, sel)

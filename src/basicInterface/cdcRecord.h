@@ -88,7 +88,14 @@ struct WYE {
     CMV phs[6];
     u32 updateCount;
 };
-enum WyePhase : u8 { PhsA, PhsB, PhsC, PhsNeut, PhsSpare, PhsRes };
+enum WyePhase : u8 {
+    PhsA,
+    PhsB,
+    PhsC,
+    PhsNeut,
+    PhsSpare,
+    PhsRes
+};
 
 struct SEQ {
     CMV c[3];
@@ -143,7 +150,11 @@ struct HST {
 };
 
 // The three instances of a setting's value, by functional constraint.
-enum SettingInstance : u8 { SetSP, SetSG, SetSE };
+enum SettingInstance : u8 {
+    SetSP,
+    SetSG,
+    SetSE
+};
 
 struct SPG { // also CURVE (setCharact)
     u8 setVal[3];

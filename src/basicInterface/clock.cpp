@@ -9,8 +9,9 @@ namespace ied {
 int fdRtc = -1;
 
 void getTimeStamp(TimeStamp *out) {
-    if (clockDeviceRead(fdRtc, out) == OK)
+    if (clockDeviceRead(fdRtc, out) == OK) {
         return;
+    }
     dbInfo(DbOTH, DbERR, "getTimeStamp", "Failed to get time! init it by 0");
     *out = {};
 }

@@ -14,12 +14,13 @@ constexpr int maxListNesting = 32; // as deep as the decoder lets Data be
 
 void copyLeaf(Data *target, const Data *source, const GenNode *node, bool alloc) {
     const bool isArray = node->nodeType == TypeArrayVec || node->nodeType == TypeArray;
-    if (isArray && source->choiceId == Data::arrayVec)
+    if (isArray && source->choiceId == Data::arrayVec) {
         copyVecArrData(target, source, node, alloc);
-    else if (isArray && isList(source))
+    } else if (isArray && isList(source)) {
         copyGenListData(target, source, alloc);
-    else
+    } else {
         copySimpleData(target, source, alloc);
+    }
 }
 
 // Runs through two values of one node's shape beside the walk, or builds the target on the way.
@@ -37,12 +38,13 @@ struct Copier {
             return Visit::leaf;
         }
         sourceCursors[depth] = firstMember(source);
-        if (alloc)
+        if (alloc) {
             makeList(target, Data::structure, nullptr);
-        else if (isList(target))
+        } else if (isList(target)) {
             targetCursors[depth] = firstMember(target);
-        else
+        } else {
             return Visit::stop;
+        }
         targets[depth] = target;
         return take(depth, sourceCursors[depth].value(), targetCursors[depth].value()) ? Visit::descend
                                                                                        : Visit::stop;
@@ -54,8 +56,9 @@ struct Copier {
 
     // Goes on with a pair of members of the structure at `level`, whose target is made if need be.
     bool take(int level, const Data *from, Data *to) {
-        if (from == nullptr)
+        if (from == nullptr) {
             return false;
+        }
         source = from;
         target = alloc ? appendMember(targets[level]->list, nullptr) : to;
         return target != nullptr;
@@ -63,39 +66,46 @@ struct Copier {
 };
 
 void copyFloats(AsnOcts **target, const AsnOcts *source, u32 count, u32 targetCount, bool alloc) {
-    if (source == nullptr || (!alloc && *target == nullptr))
+    if (source == nullptr || (!alloc && *target == nullptr)) {
         return;
-    if (alloc)
+    }
+    if (alloc) {
         *target = MallocArray<AsnOcts>(std::max<u32>(count, 1));
+    }
     for (u32 i = 0; i < std::min(count, targetCount); ++i) {
         AsnOcts &to = (*target)[i];
         // The octets of a kept value may lie in a pool, so they are overwritten where they are.
-        if (alloc)
+        if (alloc) {
             octsCopy(&to, &source[i]);
-        else if (to.octs != nullptr && source[i].octs != nullptr && to.octetLen == source[i].octetLen)
+        } else if (to.octs != nullptr && source[i].octs != nullptr && to.octetLen == source[i].octetLen) {
             std::memcpy(to.octs, source[i].octs, to.octetLen);
+        }
     }
 }
 
 bool copyList(Data *target, const Data *source, bool alloc, int nesting);
 
 bool copyMember(Data *target, const Data *source, bool alloc, int nesting) {
-    if (isList(source))
+    if (isList(source)) {
         return copyList(target, source, alloc, nesting + 1);
+    }
     copySimpleData(target, source, alloc);
     return true;
 }
 
 bool copyList(Data *target, const Data *source, bool alloc, int nesting) {
-    if (nesting >= maxListNesting || (!alloc && !isList(target)))
+    if (nesting >= maxListNesting || (!alloc && !isList(target))) {
         return false;
-    if (alloc)
+    }
+    if (alloc) {
         makeList(target, source->choiceId, nullptr);
+    }
     MemberCursor to = firstMember(target);
     for (MemberCursor from = firstMember(source); from.value() != nullptr; from.advance(), to.advance()) {
         Data *member = alloc ? appendMember(target->list, nullptr) : to.value();
-        if (member == nullptr || !copyMember(member, from.value(), alloc, nesting))
+        if (member == nullptr || !copyMember(member, from.value(), alloc, nesting)) {
             return false;
+        }
     }
     return true;
 }
@@ -111,8 +121,9 @@ void copyDataNew(Data *target, const Data *source, const GenNode *node) {
 }
 
 void copyVecArrData(Data *target, const Data *source, const GenNode *, bool alloc) {
-    if (source->choiceId != Data::arrayVec || (!alloc && target->choiceId != Data::arrayVec))
+    if (source->choiceId != Data::arrayVec || (!alloc && target->choiceId != Data::arrayVec)) {
         return;
+    }
     const DataArrayVec &from = *source->vec;
     if (alloc) {
         target->choiceId = Data::arrayVec;

@@ -16,12 +16,14 @@ class LeafLock {
   public:
     explicit LeafLock(const char *function)
         : held(externGlbCfg.modelLockEnable != 0 && semModelData != nullptr) {
-        while (held && semRTake(semModelData, static_cast<int>(externGlbCfg.modelLockTimeout)) != OK)
+        while (held && semRTake(semModelData, static_cast<int>(externGlbCfg.modelLockTimeout)) != OK) {
             dbInfo(DbMOD, DbERR, function, "Fail to take semModelData R!");
+        }
     }
     ~LeafLock() {
-        if (held)
+        if (held) {
             semGive(semModelData);
+        }
     }
     LeafLock(const LeafLock &) = delete;
     LeafLock &operator=(const LeafLock &) = delete;
@@ -70,12 +72,13 @@ struct TreeRefresher {
             return current == nullptr ? Visit::stop : Visit::descend;
         }
         const LeafLock lock("copyNodeData");
-        if (node->nodeType == TypeArrayVec)
+        if (node->nodeType == TypeArrayVec) {
             copyVecArrNode(node, 0, current);
-        else if (node->nodeType == TypeArray)
+        } else if (node->nodeType == TypeArray) {
             copyGenArrNode(node, current);
-        else
+        } else {
             getSimpleData(current, node, false);
+        }
         return Visit::leaf;
     }
 
@@ -105,12 +108,13 @@ void getNodeData(Data *data, GenNode *node, const AccessSel *accessSel) {
 void allocNodeDataInMp(Data *data, GenNode *node, MemoryPool *pool) {
     buildTree(data, node, pool, [pool](Data *leafData, GenNode *leaf) {
         const LeafLock lock("allocNodeDataInMp");
-        if (leaf->nodeType == TypeArrayVec)
+        if (leaf->nodeType == TypeArrayVec) {
             allocArrVecDataInMp(leafData, leaf, pool);
-        else if (leaf->nodeType == TypeArray)
+        } else if (leaf->nodeType == TypeArray) {
             allocArrGenDataInMp(leafData, leaf, pool);
-        else
+        } else {
             allocSimpleDataInMp(leafData, leaf, pool);
+        }
         completeArray(leafData, pool);
     });
 }

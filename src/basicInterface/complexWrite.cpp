@@ -24,8 +24,9 @@ struct ValueWalk {
 
     // Goes to the first member of a structure; false if there is none.
     bool enter(int depth) {
-        if (current->choiceId != Data::structure || current->list == nullptr)
+        if (current->choiceId != Data::structure || current->list == nullptr) {
             return false;
+        }
         structures[depth] = current;
         cursors[depth] = firstMember(current);
         current = cursors[depth].value();
@@ -35,8 +36,9 @@ struct ValueWalk {
     // Goes to the next member of the structure that `depth` lies in. `missing` is the message for a
     // structure that ends too early.
     bool step(int depth, const char *missing) {
-        if (structures[depth - 1]->choiceId != Data::structure)
+        if (structures[depth - 1]->choiceId != Data::structure) {
             return fail(DaeObjectAttributeInconsistent, "OBJECT_ATTRIBUTE_INCONSISTENT1");
+        }
         current = cursors[depth - 1].advance();
         return current != nullptr || fail(DaeObjectAttributeInconsistent, missing);
     }
@@ -46,20 +48,25 @@ struct Checker {
     ValueWalk at;
 
     bool isLeafSound(GenNode *node) const {
-        if (node->nodeType == TypeArrayVec || node->nodeType == TypeArray)
+        if (node->nodeType == TypeArrayVec || node->nodeType == TypeArray) {
             return at.fail(DaeObjectAccessDenied, "array cannot write");
-        if (!checkSimpleData(at.current, node))
+        }
+        if (!checkSimpleData(at.current, node)) {
             return at.fail(DaeTypeInconsistent, "simple data check error");
-        if ((node->fc == FcSE || node->fc == FcSP) && !checkSetRange(at.current, node))
+        }
+        if ((node->fc == FcSE || node->fc == FcSP) && !checkSetRange(at.current, node)) {
             return at.fail(DaeObjectValueInvalid, "simple set data range check error");
+        }
         return true;
     }
 
     Visit visit(GenNode *node, int depth) {
-        if (!isWalkedInto(node, depth))
+        if (!isWalkedInto(node, depth)) {
             return isLeafSound(node) ? Visit::leaf : Visit::stop;
-        if (at.enter(depth))
+        }
+        if (at.enter(depth)) {
             return Visit::descend;
+        }
         at.fail(DaeObjectAttributeInconsistent, "Data struct inconsistent 2");
         return Visit::stop;
     }
@@ -73,12 +80,14 @@ struct Writer {
     ValueWalk at;
 
     Visit visit(GenNode *node, int depth) {
-        if (!isWalkedInto(node, depth))
+        if (!isWalkedInto(node, depth)) {
             return setSimpleData(at.current, node, at.error) ? Visit::leaf : Visit::stop;
+        }
         dbInfo(DbOTH, DbINF, at.function, "2set node:%s, type:%d", node->name,
                static_cast<int>(at.current->choiceId));
-        if (at.enter(depth))
+        if (at.enter(depth)) {
             return Visit::descend;
+        }
         at.fail(DaeObjectAttributeInconsistent, "data struct inconsistent 2");
         return Visit::stop;
     }

@@ -19,8 +19,9 @@ constexpr u32 firstEntrySecond = 441763200; // the same in seconds
 constexpr u8 entryTimeQuality = 10;         // accuracy class of a time that came without one
 
 void storeBe32(u8 *out, u32 value) {
-    for (int i = 3; i >= 0; --i, value >>= 8)
+    for (int i = 3; i >= 0; --i, value >>= 8) {
         out[i] = static_cast<u8>(value);
+    }
 }
 
 u32 loadBe32(const u8 *in) {
@@ -31,21 +32,24 @@ u32 loadBe32(const u8 *in) {
 // of their range.
 TimeStamp carried(u64 sec, u64 ms, u8 tq) {
     sec += ms / 1000;
-    if (sec > maxSec)
+    if (sec > maxSec) {
         return {maxSec, 999, tq};
+    }
     return {static_cast<u32>(sec), static_cast<u32>(ms % 1000), tq};
 }
 
 // A new block of `length` octets, or the caller's.
 void takeBlock(AsnOcts *octs, u32 length, bool alloc) {
-    if (alloc)
+    if (alloc) {
         octs->octs = static_cast<u8 *>(Malloc(length));
+    }
     octs->octetLen = length;
 }
 
 void float32Bytes(std::array<u8, 4> &bytes) {
-    if (externGlbCfg.hostLittleEndian != 0)
+    if (externGlbCfg.hostLittleEndian != 0) {
         std::reverse(bytes.begin(), bytes.end());
+    }
 }
 
 } // namespace
@@ -59,8 +63,9 @@ void fp2Octs(AsnOcts *octs, f32 value, bool alloc) {
 }
 
 void octs2Fp(f32 *value, const AsnOcts *octs) {
-    if (octs->octs == nullptr || octs->octetLen < 2)
+    if (octs->octs == nullptr || octs->octetLen < 2) {
         return;
+    }
     std::array<u8, 4> bytes = {};
     std::memcpy(bytes.data(), octs->octs + 1, std::min<std::size_t>(octs->octetLen - 1, bytes.size()));
     float32Bytes(bytes);
@@ -77,13 +82,15 @@ void timestamp2Octs(AsnOcts *octs, const TimeStamp *timeStamp, bool alloc) {
 }
 
 void octs2Timestamp(TimeStamp *timeStamp, const AsnOcts *octs) {
-    if (octs->octs == nullptr || octs->octetLen < 8)
+    if (octs->octs == nullptr || octs->octetLen < 8) {
         return;
+    }
     const u32 fraction = loadBe32(octs->octs + 4) >> 8;
     const f32 exact = static_cast<f32>(fraction) * std::bit_cast<f32>(u32{0x387A0000}); // 1000 / 2^24
     auto ms = static_cast<u32>(exact);
-    if (exact - static_cast<f32>(ms) > 0.5F)
+    if (exact - static_cast<f32>(ms) > 0.5F) {
         ++ms;
+    }
     *timeStamp = carried(loadBe32(octs->octs), ms, octs->octs[7]);
 }
 
@@ -97,8 +104,9 @@ void timestamp2Bittime(AsnOcts *octs, const TimeStamp *timeStamp, bool alloc) {
 }
 
 bool bittime2Timestamp(const AsnOcts *octs, TimeStamp *timeStamp) {
-    if (octs == nullptr || timeStamp == nullptr || octs->octetLen != 6 || octs->octs == nullptr)
+    if (octs == nullptr || timeStamp == nullptr || octs->octetLen != 6 || octs->octs == nullptr) {
         return false;
+    }
     const u64 days = dec_short(octs->octs + 4);
     *timeStamp = carried(days * secondsPerDay + firstEntrySecond, loadBe32(octs->octs), entryTimeQuality);
     return true;
@@ -114,8 +122,9 @@ void int2Bits8(AsnBits *bits, u8 value, u32 length, bool alloc) {
 
 void int2Bits16(AsnBits *bits, u16 value, u32 length, bool alloc) {
     bits->bitLen = length;
-    if (alloc)
+    if (alloc) {
         bits->bits = static_cast<u8 *>(Malloc(2));
+    }
     enc_short(bits->bits, value);
 }
 
@@ -138,15 +147,17 @@ void str2Octs(AsnOcts *octs, const char *text, bool alloc) {
 }
 
 void str2OctsLen(const char *text, u32 capacity, bool alloc, AsnOcts *octs) {
-    if (alloc)
+    if (alloc) {
         octs->octs = static_cast<u8 *>(Malloc(capacity + 1));
+    }
     octs->octetLen = copySharedText(octs->octs, text, capacity);
     octs->octs[octs->octetLen] = 0;
 }
 
 bool octs2Str(char *target, const AsnOcts *octs, u32 max) {
-    if (octs->octetLen > max)
+    if (octs->octetLen > max) {
         return false;
+    }
     storeSharedText(target, octs->octs, octs->octetLen);
     return true;
 }
@@ -154,15 +165,17 @@ bool octs2Str(char *target, const AsnOcts *octs, u32 max) {
 void octsCopy(AsnOcts *target, const AsnOcts *source) {
     Free(target->octs);
     *target = {source->octetLen, static_cast<u8 *>(Malloc(source->octetLen + std::size_t{1}))};
-    if (source->octetLen != 0)
+    if (source->octetLen != 0) {
         std::memcpy(target->octs, source->octs, source->octetLen);
+    }
 }
 
 bool fp32Cmp(f32 a, f32 b, u32 tolerance) {
     const u32 left = std::bit_cast<u32>(a);
     const u32 right = std::bit_cast<u32>(b);
-    if ((left ^ right) >> 31 != 0)
+    if ((left ^ right) >> 31 != 0) {
         return false;
+    }
     return (left > right ? left - right : right - left) <= tolerance;
 }
 

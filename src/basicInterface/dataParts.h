@@ -15,8 +15,9 @@ inline void makeList(Data *data, u32 kind, MemoryPool *pool) {
 
 // An array that nothing was read of is an empty one, never one without a list.
 inline void completeArray(Data *data, MemoryPool *pool) {
-    if (data->choiceId == Data::array && data->list == nullptr)
+    if (data->choiceId == Data::array && data->list == nullptr) {
         makeList(data, Data::array, pool);
+    }
 }
 
 // A zeroed member at the end of the list.
@@ -41,8 +42,9 @@ struct MemberCursor {
     Data *value() const { return element == nullptr ? nullptr : asnListValue<Data>(element); }
     // Moves on; the next value, or null at the end.
     Data *advance() {
-        if (element != nullptr)
+        if (element != nullptr) {
             element = element->next;
+        }
         return value();
     }
 };

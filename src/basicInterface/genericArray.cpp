@@ -24,9 +24,11 @@ constexpr CellField cellFields[] = {{"xStart", &HstCell::xStart},
                                     {"yEnd", &HstCell::yEnd}};
 
 const CellField *cellField(const char *name) {
-    for (const CellField &field : cellFields)
-        if (std::strcmp(name, field.name) == 0)
+    for (const CellField &field : cellFields) {
+        if (std::strcmp(name, field.name) == 0) {
             return &field;
+        }
+    }
     return nullptr;
 }
 
@@ -46,10 +48,11 @@ f32 cellValue(const GenNode *node, u32 index, const CellField &field) {
 }
 
 void putFloat(Data *data, f32 value, bool alloc, MemoryPool *pool) {
-    if (alloc)
+    if (alloc) {
         makeFloat(data, value, pool);
-    else if (data->choiceId == Data::floatingPoint)
+    } else if (data->choiceId == Data::floatingPoint) {
         fp2Octs(data->octs, value, false);
+    }
 }
 
 AccessSel elementSelection(const GenNode *component, u32 index) {
@@ -77,22 +80,26 @@ void readElements(Data *data, GenNode *node, const GenNode *component, u32 first
 void getSingleCellData(Data *data, GenNode *node, const AccessSel *accessSel, bool alloc, MemoryPool *pool) {
     const GenNode *component = accessSel->arrayNode;
     if (component != nullptr && std::strcmp(component->name, cellArray) != 0) {
-        if (const CellField *field = cellField(component->name))
+        if (const CellField *field = cellField(component->name)) {
             putFloat(data, cellValue(node, accessSel->index, *field), alloc, pool);
+        }
         return;
     }
-    if (alloc)
+    if (alloc) {
         makeList(data, Data::structure, pool);
-    else if (!isList(data))
+    } else if (!isList(data)) {
         return;
+    }
     MemberCursor cursor = firstMember(data);
     for (const GenNode *child = node->child; child != nullptr; child = child->sibling) {
         const CellField *field = cellField(child->name);
-        if (field == nullptr)
+        if (field == nullptr) {
             continue;
+        }
         Data *member = alloc ? appendMember(data->list, pool) : cursor.value();
-        if (member == nullptr)
+        if (member == nullptr) {
             return;
+        }
         putFloat(member, cellValue(node, accessSel->index, *field), alloc, pool);
         cursor.advance();
     }
@@ -108,24 +115,27 @@ void getSingleArrData(Data *data, GenNode *node, const AccessSel *accessSel, boo
     case Stored::float32:
         break;
     default:
-        if (node->origType == 0 && std::strcmp(node->name, cellArray) == 0)
+        if (node->origType == 0 && std::strcmp(node->name, cellArray) == 0) {
             getSingleCellData(data, node, accessSel, alloc, pool);
+        }
         return;
     }
     const u8 width = elementWidth(node);
     const u8 *elements = elementsOf(node);
     const u8 *element = elements == nullptr ? nullptr : elements + std::size_t{accessSel->index} * width;
-    if (type.stored == Stored::float32)
+    if (type.stored == Stored::float32) {
         putFloat(data, element == nullptr ? 0 : loadShared(*reinterpret_cast<const f32 *>(element)), alloc,
                  pool);
-    else
+    } else {
         getDataFromType(
             data, type.stored == Stored::enumeration && width == 4 ? u8{TypeInt32} : node->origType, element);
+    }
 }
 
 void getArrGenData(Data *data, GenNode *node, const AccessSel *accessSel, MemoryPool *pool) {
-    if (nodeData(node) == nullptr)
+    if (nodeData(node) == nullptr) {
         return;
+    }
     switch (accessSel->kind) {
     case AccessSel::none:
     case AccessSel::allElements:
@@ -144,8 +154,9 @@ void allocArrGenDataInMp(Data *data, GenNode *node, MemoryPool *pool) {
 }
 
 bool copyGenArrNode(GenNode *node, Data *data) {
-    if (nodeData(node) == nullptr || data->choiceId != Data::array || data->list == nullptr)
+    if (nodeData(node) == nullptr || data->choiceId != Data::array || data->list == nullptr) {
         return false;
+    }
     const u32 elements = getArrNum(node);
     MemberCursor cursor = firstMember(data);
     for (u32 i = 0; i < elements && cursor.value() != nullptr; ++i, cursor.advance()) {

@@ -12,11 +12,13 @@ namespace {
 
 // Calls `take(index, item)` for each item, at most maxDepth times; returns how many there were.
 template <class F> int splitItems(std::string_view text, F &&take) {
-    if (!hasItems(text))
+    if (!hasItems(text)) {
         return 0;
+    }
     int count = 0;
-    while (text.data() != nullptr && count < externGlbCfg.maxDepth)
+    while (text.data() != nullptr && count < externGlbCfg.maxDepth) {
         take(count++, takeItem(text));
+    }
     return count;
 }
 
@@ -53,8 +55,9 @@ int getLastCharLoc(const char *text, char c) {
 
 bool trimBefore(char *out, const char *text, char c) {
     const int at = getLastCharLoc(text, c);
-    if (at <= 0 || at > longestTrimmed)
+    if (at <= 0 || at > longestTrimmed) {
         return false;
+    }
     std::memcpy(out, text, static_cast<std::size_t>(at));
     out[at] = '\0';
     return true;
@@ -63,8 +66,9 @@ bool trimBefore(char *out, const char *text, char c) {
 bool trimAfter(char *out, const char *text, char c) {
     const int at = getLastCharLoc(text, c);
     const std::size_t length = std::strlen(text);
-    if (at <= 0 || length > static_cast<std::size_t>(longestTrimmed))
+    if (at <= 0 || length > static_cast<std::size_t>(longestTrimmed)) {
         return false;
+    }
     std::memcpy(out, text + at + 1, length - static_cast<std::size_t>(at));
     return true;
 }

@@ -12,8 +12,9 @@ inline constexpr std::size_t maxItemText = 256;
 
 // The octets of a string; empty for an absent one (no octets, or a length of all ones).
 inline std::string_view octsView(const AsnOcts *octs) {
-    if (octs == nullptr || octs->octs == nullptr || octs->octetLen == ~u32{0})
+    if (octs == nullptr || octs->octs == nullptr || octs->octetLen == ~u32{0}) {
         return {};
+    }
     return {reinterpret_cast<const char *>(octs->octs), octs->octetLen};
 }
 
@@ -25,8 +26,9 @@ inline bool hasItems(std::string_view text) {
 // Number of items; a text that ends in "$" has an empty last one.
 inline std::size_t countItems(std::string_view text) {
     std::size_t count = 1;
-    for (const char c : text)
+    for (const char c : text) {
         count += c == '$';
+    }
     return count;
 }
 

@@ -22,8 +22,12 @@ void Free(void *block);
 char *getSring(const char *text);
 
 // One zeroed T from the heap.
-template <class T> T *MallocOf() { return static_cast<T *>(Malloc(sizeof(T))); }
+template <class T> T *MallocOf() {
+    return static_cast<T *>(Malloc(sizeof(T)));
+}
 // `count` zeroed T from the heap.
-template <class T> T *MallocArray(std::size_t count) { return static_cast<T *>(Malloc(sizeof(T) * count)); }
+template <class T> T *MallocArray(std::size_t count) {
+    return static_cast<T *>(Malloc(sizeof(T) * count));
+}
 
 } // namespace ied

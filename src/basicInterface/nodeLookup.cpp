@@ -19,35 +19,40 @@ bool isNamed(const GenNode *node, std::string_view name) {
 }
 
 GenNode *findAmong(GenNode *first, std::string_view name) {
-    while (first != nullptr && !isNamed(first, name))
+    while (first != nullptr && !isNamed(first, name)) {
         first = first->sibling;
+    }
     return first;
 }
 
 // The node that the item text names below the device; null if there is none. `function` is the
 // caller's name in the message, `depth` receives the number of items minus one.
 GenNode *findBelow(const GenNode *ld, std::string_view itemText, const char *function, u8 *depth) {
-    if (!hasItems(itemText))
+    if (!hasItems(itemText)) {
         return nullptr;
+    }
     const std::size_t items = countItems(itemText);
     if (items >= externGlbCfg.maxDepth) {
         dbInfo(DbOTH, DbERR, function, "Too deep");
         return nullptr;
     }
-    if (depth != nullptr)
+    if (depth != nullptr) {
         *depth = static_cast<u8>(items - 1);
+    }
     GenNode *found = nullptr;
     for (const GenNode *at = ld; itemText.data() != nullptr; at = found) {
         found = findAmong(at->child, takeItem(itemText));
-        if (found == nullptr)
+        if (found == nullptr) {
             return nullptr;
+        }
     }
     return found;
 }
 
 bool found(GenNode *result, GenNode **node) {
-    if (result != nullptr)
+    if (result != nullptr) {
         *node = result;
+    }
     return result != nullptr;
 }
 
@@ -77,8 +82,9 @@ bool searchNodeByStr(const char *ldName, const char *itemText, GenNode **node) {
 bool searchNodeByFullStr(const char *reference, GenNode **node) {
     const std::string_view text = reference;
     const std::size_t slash = text.find('/');
-    if (slash == std::string_view::npos || slash > 2U * externGlbCfg.maxItemLen)
+    if (slash == std::string_view::npos || slash > 2U * externGlbCfg.maxItemLen) {
         return false;
+    }
     GenNode *ld = findAmong(getFirstLd(), text.substr(0, slash));
     return ld != nullptr && found(findBelow(ld, text.substr(slash + 1), "searchNodeByStr", nullptr), node);
 }
@@ -92,25 +98,30 @@ bool searchNodeByOcts(const AsnOcts *ldOcts, const AsnOcts *itemOcts, GenNode **
 bool searchNodeByObjName(const ObjectName *objectName, GenNode **node, const AlternateAccess *alternateAccess,
                          AccessSel *accessSel) {
     if (objectName == nullptr || objectName->choiceId != ObjectName::domainSpecific ||
-        objectName->domain_specific == nullptr)
+        objectName->domain_specific == nullptr) {
         return false;
+    }
     const ObjectNameSeq &name = *objectName->domain_specific;
-    if (!searchNodeByOcts(&name.domainId, &name.itemId, node, nullptr))
+    if (!searchNodeByOcts(&name.domainId, &name.itemId, node, nullptr)) {
         return false;
-    if (alternateAccess == nullptr)
+    }
+    if (alternateAccess == nullptr) {
         return true;
+    }
     *accessSel = {.kind = accessSel->kind, .arrayNode = nullptr, .index = 0, .firstIndex = 0, .count = 0};
     return searchAlterContent(node, alternateAccess, accessSel);
 }
 
 void getAllPath(const GenNode *node, char *out, bool withLd) {
     *out = '\0';
-    if (node == nullptr)
+    if (node == nullptr) {
         return;
+    }
     const GenNode *chain[maxPathNodes];
     int count = 0;
-    for (; node != nullptr && node->level != LevelRoot && count < maxPathNodes; node = node->parent)
+    for (; node != nullptr && node->level != LevelRoot && count < maxPathNodes; node = node->parent) {
         chain[count++] = node;
+    }
     char *end = out;
     const auto put = [&](const char *text) {
         const std::size_t room = static_cast<std::size_t>(out + maxPathText - 1 - end);
@@ -120,13 +131,15 @@ void getAllPath(const GenNode *node, char *out, bool withLd) {
     };
     for (int i = count; i-- > 0;) {
         const bool isLd = chain[i]->level == LevelLD;
-        if (isLd && !withLd)
+        if (isLd && !withLd) {
             continue;
+        }
         put(chain[i]->name);
-        if (isLd)
+        if (isLd) {
             put("/");
-        else if (i > 0)
+        } else if (i > 0) {
             put("$");
+        }
     }
     *end = '\0';
 }

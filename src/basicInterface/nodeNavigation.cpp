@@ -29,22 +29,25 @@ GenNode *getFirstLd() {
 
 u16 getLdNum() {
     u16 count = 0;
-    for (const GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling)
+    for (const GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling) {
         ++count;
+    }
     return count;
 }
 
 GenNode *getFCDNode(const GenNode *node) {
-    while (node != nullptr && node->level > LevelDO)
+    while (node != nullptr && node->level > LevelDO) {
         node = node->parent;
+    }
     return node != nullptr && node->level == LevelDO ? const_cast<GenNode *>(node) : nullptr;
 }
 
 u16 getArrNum(const GenNode *node) {
     const GenNode *fcd = getFCDNode(node);
     const void *record = fcd == nullptr ? nullptr : nodeData(fcd);
-    if (record == nullptr)
+    if (record == nullptr) {
         return 0;
+    }
     switch (fcd->nodeType) {
     case CdcHWYE:
     case CdcHDEL:
@@ -60,10 +63,12 @@ u16 getArrNum(const GenNode *node) {
 
 bool isEnum32(const GenNode *node) {
     const GenNode *fcd = getFCDNode(node);
-    if (fcd == nullptr)
+    if (fcd == nullptr) {
         return false;
-    if (fcd->nodeType == CdcINS || fcd->nodeType == CdcINC)
+    }
+    if (fcd->nodeType == CdcINS || fcd->nodeType == CdcINC) {
         return node->fc == FcST;
+    }
     return fcd->nodeType == CdcING;
 }
 

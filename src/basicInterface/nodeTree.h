@@ -12,7 +12,12 @@ namespace ied {
 
 // Which part of an array a Read wants.
 struct AccessSel {
-    enum : u8 { none, allElements, oneIndex, range };
+    enum : u8 {
+        none,
+        allElements,
+        oneIndex,
+        range
+    };
     u8 kind;
     GenNode *arrayNode; // component that the access went down to, or the array itself
     u32 index;
@@ -21,7 +26,9 @@ struct AccessSel {
 };
 
 // A leaf's place, loaded once: it may be switched to a substitution record at any time.
-inline void *nodeData(const GenNode *node) { return loadPublished(node->data); }
+inline void *nodeData(const GenNode *node) {
+    return loadPublished(node->data);
+}
 
 // True if the node is walked into: it has children and is no array. `node` is not null.
 bool hasChild(const GenNode *node);
@@ -49,8 +56,8 @@ bool searchNodeByStr(const char *ldName, const char *itemText, GenNode **node);
 // By reference "LD/LN$FC$DO...".
 bool searchNodeByFullStr(const char *reference, GenNode **node);
 // By MMS name; `alternateAccess` may be null, `accessSel` is filled from it (caller gives kind 0).
-bool searchNodeByObjName(const ObjectName *objectName, GenNode **node,
-                         const AlternateAccess *alternateAccess, AccessSel *accessSel);
+bool searchNodeByObjName(const ObjectName *objectName, GenNode **node, const AlternateAccess *alternateAccess,
+                         AccessSel *accessSel);
 // Follows an alternate access (ISO 9506-2 AlternateAccess) from `*node`, which may move down to a
 // component, and notes the elements that it takes of an array. False if it leads nowhere.
 bool searchAlterContent(GenNode **node, const AlternateAccess *alternateAccess, AccessSel *accessSel);

@@ -13,8 +13,9 @@ constexpr std::size_t maxReference = 100; // octets of a reference text
 // One octet more than the text has, so that it ends in a NUL that does not count.
 AsnOcts heapOcts(std::string_view text) {
     auto *block = static_cast<u8 *>(Malloc(text.size() + 1));
-    if (!text.empty())
+    if (!text.empty()) {
         std::memcpy(block, text.data(), text.size());
+    }
     return {static_cast<u32>(text.size()), block};
 }
 
@@ -29,14 +30,17 @@ void makeDomainSpecific(ObjectName *name, std::string_view domain, std::string_v
 
 bool objName2Ref(const ObjectName *objectName, bool alloc, char **out) {
     if (objectName == nullptr || objectName->choiceId != ObjectName::domainSpecific ||
-        objectName->domain_specific == nullptr || out == nullptr || (!alloc && *out == nullptr))
+        objectName->domain_specific == nullptr || out == nullptr || (!alloc && *out == nullptr)) {
         return false;
+    }
     const ObjectNameSeq &name = *objectName->domain_specific;
     if (name.domainId.octs == nullptr || name.itemId.octs == nullptr ||
-        u64{name.domainId.octetLen} + name.itemId.octetLen + 2 > maxReference)
+        u64{name.domainId.octetLen} + name.itemId.octetLen + 2 > maxReference) {
         return false;
-    if (alloc)
+    }
+    if (alloc) {
         *out = static_cast<char *>(Malloc(maxReference));
+    }
     char *text = *out;
     std::memcpy(text, name.domainId.octs, name.domainId.octetLen);
     text += name.domainId.octetLen;
@@ -47,12 +51,14 @@ bool objName2Ref(const ObjectName *objectName, bool alloc, char **out) {
 }
 
 bool ref2ObjName(const char *text, bool alloc, ObjectName *objectName) {
-    if (text == nullptr || objectName == nullptr)
+    if (text == nullptr || objectName == nullptr) {
         return false;
+    }
     const std::string_view reference = text;
     const std::size_t slash = reference.find('/');
-    if (reference.size() > maxReference || slash == std::string_view::npos)
+    if (reference.size() > maxReference || slash == std::string_view::npos) {
         return false;
+    }
     const std::string_view domain = reference.substr(0, slash);
     const std::string_view item = reference.substr(slash + 1);
     if (alloc) {
@@ -60,8 +66,9 @@ bool ref2ObjName(const char *text, bool alloc, ObjectName *objectName) {
         return true;
     }
     ObjectNameSeq *parts = objectName->domain_specific;
-    if (parts == nullptr || parts->domainId.octs == nullptr || parts->itemId.octs == nullptr)
+    if (parts == nullptr || parts->domainId.octs == nullptr || parts->itemId.octs == nullptr) {
         return false;
+    }
     objectName->choiceId = ObjectName::domainSpecific;
     const auto fill = [](AsnOcts &part, std::string_view value) {
         std::memcpy(part.octs, value.data(), value.size());
@@ -88,12 +95,15 @@ void objectNameCopy(ObjectName *target, const ObjectName *source) {
 }
 
 bool objectNameCmp(const ObjectName *a, const ObjectName *b) {
-    if (a->choiceId != b->choiceId)
+    if (a->choiceId != b->choiceId) {
         return false;
-    if (a->choiceId != ObjectName::domainSpecific)
+    }
+    if (a->choiceId != ObjectName::domainSpecific) {
         return octsView(a->vmd_specific) == octsView(b->vmd_specific);
-    if (a->domain_specific == nullptr || b->domain_specific == nullptr)
+    }
+    if (a->domain_specific == nullptr || b->domain_specific == nullptr) {
         return a->domain_specific == b->domain_specific;
+    }
     return octsView(&a->domain_specific->domainId) == octsView(&b->domain_specific->domainId) &&
            octsView(&a->domain_specific->itemId) == octsView(&b->domain_specific->itemId);
 }

@@ -41,8 +41,9 @@ bool integerOf(const Data *data, i32 *value) {
 
 bool isInteger(const Data *data, const IntegerRange &range) {
     i32 value = 0;
-    if (range.max <= range.min || !integerOf(data, &value))
+    if (range.max <= range.min || !integerOf(data, &value)) {
         return true;
+    }
     bool sound = true;
     if (value > range.max || value < range.min) {
         dbInfo(DbSET, DbERR, function, "Value %d out of range!", value);
@@ -66,8 +67,9 @@ bool isFloat(const Data *data, const ASG &setting) {
     const f32 min = loadShared(setting.minVal);
     const f32 max = loadShared(setting.maxVal);
     const f32 step = loadShared(setting.stepSize);
-    if (!(max > min) || data->choiceId != Data::floatingPoint)
+    if (!(max > min) || data->choiceId != Data::floatingPoint) {
         return true;
+    }
     f32 value = 0;
     octs2Fp(&value, data->octs);
     bool sound = true;
@@ -75,8 +77,9 @@ bool isFloat(const Data *data, const ASG &setting) {
         dbInfo(DbSET, DbERR, function, "Value %f out of range!", static_cast<f64>(value));
         sound = false;
     }
-    if (!(static_cast<f64>(step) >= 0.001))
+    if (!(static_cast<f64>(step) >= 0.001)) {
         return sound;
+    }
     const i64 offset = integerPart(static_cast<f64>(value - min) * 1000.0 + 0.5);
     const i64 unit = std::max<i64>(integerPart(static_cast<f64>(step) * 1000.0), 1);
     if (offset % unit != 0) {
@@ -89,8 +92,9 @@ bool isFloat(const Data *data, const ASG &setting) {
 bool isCurve(const Data *data) {
     dbInfo(DbOTH, DbINF, function, "Over range");
     i32 value = 0;
-    if (!integerOf(data, &value))
+    if (!integerOf(data, &value)) {
         return false;
+    }
     return value == 9 || value == 10 || (value >= 12 && value <= 14);
 }
 
@@ -114,10 +118,11 @@ bool isInRange(const Data *data, const GenNode *fcd, const void *record) {
 bool checkSetRange(const Data *data, GenNode *leaf) {
     const GenNode *fcd = getFCDNode(leaf);
     const void *record = fcd == nullptr ? nullptr : nodeData(fcd);
-    if (record == nullptr)
+    if (record == nullptr) {
         dbInfo(DbOTH, DbERR, function, "Get FCD node failed");
-    else if (isInRange(data, fcd, record))
+    } else if (isInRange(data, fcd, record)) {
         return true;
+    }
     char path[maxPathText];
     getAllPath(leaf, path, true);
     dbInfo(DbSET, DbERR, function, "Check \"%s\" failed!", path);

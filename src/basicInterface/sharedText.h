@@ -9,8 +9,9 @@ namespace ied {
 // Octets before the NUL, at most `max`; 0 for null.
 inline u32 sharedTextLength(const char *text, u32 max) {
     u32 length = 0;
-    while (text != nullptr && length < max && loadShared(text[length]) != '\0')
+    while (text != nullptr && length < max && loadShared(text[length]) != '\0') {
         ++length;
+    }
     return length;
 }
 
@@ -19,8 +20,9 @@ inline u32 copySharedText(u8 *out, const char *text, u32 max) {
     u32 length = 0;
     for (; text != nullptr && length < max; ++length) {
         const char c = loadShared(text[length]);
-        if (c == '\0')
+        if (c == '\0') {
             break;
+        }
         out[length] = static_cast<u8>(c);
     }
     return length;
@@ -29,15 +31,17 @@ inline u32 copySharedText(u8 *out, const char *text, u32 max) {
 // Copies `length` octets of a place that has that many, NUL or not.
 inline void copySharedOctets(u8 *out, const void *place, u32 length) {
     const auto *octets = static_cast<const u8 *>(place);
-    for (u32 i = 0; i < length; ++i)
+    for (u32 i = 0; i < length; ++i) {
         out[i] = loadShared(octets[i]);
+    }
 }
 
 // Stores `length` octets and a NUL into a place that has room for one more.
 inline void storeSharedText(char *place, const void *octets, u32 length) {
     const auto *from = static_cast<const char *>(octets);
-    for (u32 i = 0; i < length; ++i)
+    for (u32 i = 0; i < length; ++i) {
         storeShared(place[i], from[i]);
+    }
     storeShared(place[length], '\0');
 }
 

@@ -33,14 +33,16 @@ u32 loadUnsigned(const void *place, u8 width) {
 
 // The octets part of `data`, new or the one that stands there.
 AsnOcts *octsPart(Data *data, bool alloc) {
-    if (alloc)
+    if (alloc) {
         data->octs = MallocOf<AsnOcts>();
+    }
     return data->octs;
 }
 
 AsnBits *bitsPart(Data *data, bool alloc) {
-    if (alloc)
+    if (alloc) {
         data->bits = MallocOf<AsnBits>();
+    }
     return data->bits;
 }
 
@@ -50,8 +52,9 @@ void readBits8(Data *data, const SimpleType &type, u8 value, bool alloc) {
 
 void readOctets(Data *data, const SimpleType &type, const void *place, bool alloc) {
     AsnOcts *octs = octsPart(data, alloc);
-    if (alloc)
+    if (alloc) {
         octs->octs = static_cast<u8 *>(Malloc(type.width));
+    }
     octs->octetLen = type.width;
     static constexpr u8 zeros[8] = {};
     copySharedOctets(octs->octs, place == nullptr ? zeros : place, type.width);
@@ -60,10 +63,11 @@ void readOctets(Data *data, const SimpleType &type, const void *place, bool allo
 // A part that is kept for reuse has no room but for its capacity; a new one takes the whole text.
 void readText(Data *data, const SimpleType &type, const char *text, bool alloc) {
     AsnOcts *octs = octsPart(data, alloc);
-    if (alloc && type.kind != Data::octetString)
+    if (alloc && type.kind != Data::octetString) {
         str2Octs(octs, text, true);
-    else
+    } else {
         str2OctsLen(text, type.capacity - 1U, alloc, octs);
+    }
 }
 
 TimeStamp readTime(const void *place) {
@@ -117,8 +121,9 @@ void readValue(Data *data, const SimpleType &type, const void *place, u8 width, 
 
 void allocValue(Data *data, const SimpleType &type, MemoryPool *pool) {
     data->choiceId = type.kind;
-    if (type.capacity == 0)
+    if (type.capacity == 0) {
         return;
+    }
     if (type.bits != 0) {
         data->bits = allocInMpOf<AsnBits>(pool);
         data->bits->bits = static_cast<u8 *>(allocInMp(type.capacity, pool));
@@ -151,10 +156,11 @@ void getDataFromType(Data *data, u8 type, const void *address) {
 
 void copyDataFromType(Data *data, u8 type, const void *address, bool alloc, MemoryPool *pool) {
     const SimpleType &row = simpleType(type);
-    if (alloc && pool != nullptr)
+    if (alloc && pool != nullptr) {
         allocValue(data, row, pool);
-    else
+    } else {
         readValue(data, row, address, row.width, alloc);
+    }
 }
 
 void getSimpleType(TypeSpecification *typeDescription, const GenNode *node) {

@@ -9,9 +9,15 @@ namespace ied {
 
 // DataAccessError numbers (ISO 9506-2).
 enum DataAccessError : i8 {
-    DaeNone = -1, DaeTemporarilyUnavailable = 2, DaeObjectAccessDenied = 3, DaeObjectUndefined = 4,
-    DaeInvalidAddress = 5, DaeTypeInconsistent = 7, DaeObjectAttributeInconsistent = 8,
-    DaeObjectNonExistent = 10, DaeObjectValueInvalid = 11,
+    DaeNone = -1,
+    DaeTemporarilyUnavailable = 2,
+    DaeObjectAccessDenied = 3,
+    DaeObjectUndefined = 4,
+    DaeInvalidAddress = 5,
+    DaeTypeInconsistent = 7,
+    DaeObjectAttributeInconsistent = 8,
+    DaeObjectNonExistent = 10,
+    DaeObjectValueInvalid = 11,
 };
 
 // Octets of the place of a leaf that holds a number, or of its fixed octets; 0 for any other.

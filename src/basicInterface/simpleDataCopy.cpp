@@ -12,29 +12,33 @@ u32 bitOctets(const AsnBits &bits) {
 }
 
 void copyBits(Data *target, const Data *source, bool alloc) {
-    if (source->bits == nullptr)
+    if (source->bits == nullptr) {
         return;
+    }
     const u32 length = bitOctets(*source->bits);
     if (alloc) {
         target->bits = MallocOf<AsnBits>();
         target->bits->bits = static_cast<u8 *>(Malloc(length + std::size_t{1}));
     }
     target->bits->bitLen = source->bits->bitLen;
-    if (length != 0)
+    if (length != 0) {
         std::memcpy(target->bits->bits, source->bits->bits, length);
+    }
 }
 
 void copyOcts(Data *target, const Data *source, bool alloc) {
-    if (source->octs == nullptr)
+    if (source->octs == nullptr) {
         return;
+    }
     if (alloc) {
         target->octs = MallocOf<AsnOcts>();
         octsCopy(target->octs, source->octs);
         return;
     }
     target->octs->octetLen = source->octs->octetLen;
-    if (source->octs->octetLen != 0)
+    if (source->octs->octetLen != 0) {
         std::memcpy(target->octs->octs, source->octs->octs, source->octs->octetLen);
+    }
 }
 
 // Whether the parts of `target` may be overwritten by those of `source`.
@@ -64,15 +68,17 @@ void copySimpleData(Data *target, const Data *source, bool alloc) {
         target->bool_ = 0;
         return;
     }
-    if (hasParts && !alloc && !isSameShape(target, source))
+    if (hasParts && !alloc && !isSameShape(target, source)) {
         return;
+    }
     target->choiceId = source->choiceId;
-    if (!hasParts)
+    if (!hasParts) {
         target->uint_ = source->uint_;
-    else if (source->choiceId == Data::bitString)
+    } else if (source->choiceId == Data::bitString) {
         copyBits(target, source, alloc);
-    else
+    } else {
         copyOcts(target, source, alloc);
+    }
 }
 
 } // namespace ied

@@ -18,10 +18,12 @@ bool isText(Stored stored) {
 // Whether a client may write the type at all, and `data` is of its kind with all its parts.
 bool isOfKind(const Data *data, const SimpleType &type) {
     if (data->choiceId != type.kind || type.stored == Stored::none || type.stored == Stored::entryTime ||
-        type.kind == Data::mMSString)
+        type.kind == Data::mMSString) {
         return false;
-    if (type.bits != 0)
+    }
+    if (type.bits != 0) {
         return data->bits != nullptr;
+    }
     return type.capacity == 0 || data->octs != nullptr;
 }
 
@@ -40,12 +42,15 @@ void storeNumber(void *place, u32 value, u8 width) {
 // The place that a text is written to. A configured text is a constant of its own length: the first
 // write turns the leaf to a block of the type's full size, which lives as long as the node.
 char *writablePlace(GenNode *node, void *place, const SimpleType &type) {
-    if (place != loadShared(node->value))
+    if (place != loadShared(node->value)) {
         return static_cast<char *>(place);
+    }
     auto *block = static_cast<char *>(Malloc(type.maxLength + 1U));
     copySharedText(reinterpret_cast<u8 *>(block), static_cast<const char *>(place), type.maxLength);
-    if (std::atomic_ref<void *>(node->data).compare_exchange_strong(place, block, std::memory_order_acq_rel))
+    if (std::atomic_ref<void *>(node->data)
+            .compare_exchange_strong(place, block, std::memory_order_acq_rel)) {
         return block;
+    }
     Free(block);
     return static_cast<char *>(place); // another task was first: its block
 }
@@ -54,8 +59,9 @@ bool storeValue(const Data *data, GenNode *node, void *place) {
     const SimpleType &type = simpleType(node->nodeType);
     switch (type.stored) {
     case Stored::boolean:
-        if (data->bool_ > 1)
+        if (data->bool_ > 1) {
             return false;
+        }
         storeShared(*static_cast<u8 *>(place), data->bool_);
         return true;
     case Stored::doublePoint:
@@ -103,10 +109,12 @@ bool configText(GenNode *node, void *place, const char *text, const SimpleType &
         publish(node->data, const_cast<char *>(text));
         return true;
     }
-    if (place == nullptr)
+    if (place == nullptr) {
         publish(node->data, place = Malloc(room + 1U));
-    if (place != text)
+    }
+    if (place != text) {
         storeSharedText(static_cast<char *>(place), text, sharedTextLength(text, room));
+    }
     return true;
 }
 
@@ -114,8 +122,9 @@ bool configText(GenNode *node, void *place, const char *text, const SimpleType &
 
 bool setSimpleData(const Data *data, GenNode *node, i8 *error) {
     void *place = nodeData(node);
-    if (place != nullptr && isOfKind(data, simpleType(node->nodeType)) && storeValue(data, node, place))
+    if (place != nullptr && isOfKind(data, simpleType(node->nodeType)) && storeValue(data, node, place)) {
         return true;
+    }
     *error = DaeTypeInconsistent;
     dbInfo(DbOTH, DbERR, "setSimpleData", "TYPE_INCONSISTENT1");
     return false;
@@ -123,10 +132,12 @@ bool setSimpleData(const Data *data, GenNode *node, i8 *error) {
 
 bool checkSimpleData(const Data *data, const GenNode *node) {
     const SimpleType &type = simpleType(node->nodeType);
-    if (!isOfKind(data, type))
+    if (!isOfKind(data, type)) {
         return false;
-    if (type.bits != 0)
+    }
+    if (type.bits != 0) {
         return data->bits->bitLen == type.bits;
+    }
     return type.maxLength == 0 || data->octs->octetLen <= type.maxLength;
 }
 
@@ -134,18 +145,23 @@ bool setNodeConfig(GenNode *node, const char *text) {
     const SimpleType &type = simpleType(node->nodeType);
     const u8 width = storedWidth(node);
     void *place = nodeData(node);
-    if (text == nullptr)
+    if (text == nullptr) {
         return false;
-    if (isText(type.stored))
+    }
+    if (isText(type.stored)) {
         return configText(node, place, text, type);
-    if (width == 0)
+    }
+    if (width == 0) {
         return false;
-    if (place == nullptr)
+    }
+    if (place == nullptr) {
         publish(node->data, place = Malloc(width));
-    if (type.stored == Stored::float32)
+    }
+    if (type.stored == Stored::float32) {
         storeShared(*static_cast<f32 *>(place), std::strtof(text, nullptr));
-    else
+    } else {
         storeNumber(place, decimalU32(text), width);
+    }
     return true;
 }
 

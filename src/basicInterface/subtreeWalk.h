@@ -42,11 +42,13 @@ template <class Visitor> bool walkSubtree(GenNode *start, Visitor &&visitor) {
             --depth;
             climbed = true;
         }
-        if (depth == 0)
+        if (depth == 0) {
             return true;
+        }
         node = node->sibling;
-        if (!visitor.next(node, depth, climbed))
+        if (!visitor.next(node, depth, climbed)) {
             return false;
+        }
     }
 }
 

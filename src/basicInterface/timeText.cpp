@@ -16,8 +16,9 @@ bool isTimeOut(u32 startTick, u32 ms) {
 }
 
 bool timeStampCmp(const TimeStamp *a, const TimeStamp *b, int *result) {
-    if (a == nullptr || b == nullptr)
+    if (a == nullptr || b == nullptr) {
         return false;
+    }
     const auto order = [](u32 x, u32 y) { return x < y ? -1 : static_cast<int>(x > y); };
     *result = a->sec != b->sec ? order(a->sec, b->sec) : order(a->ms, b->ms);
     return true;
@@ -40,10 +41,11 @@ void generalizeTime(AsnOcts *octs, std::tm *tm) {
 
 void sprintTime(const TimeStamp *timestamp, u32 size, char *out) {
     TimeStamp time = {};
-    if (timestamp == nullptr)
+    if (timestamp == nullptr) {
         getTimeStamp(&time);
-    else
+    } else {
         time = *timestamp;
+    }
     const std::time_t seconds = time.sec;
     std::tm tm = {};
     localtime_r(&seconds, &tm);

@@ -46,30 +46,35 @@ AsnOcts *newFloats(u32 count, MemoryPool *pool) {
 }
 
 void setFloat(AsnOcts *octs, f32 value, MemoryPool *pool) {
-    if (pool == nullptr)
+    if (pool == nullptr) {
         fp2Octs(octs, value, true);
-    else
+    } else {
         fp2OctsAllocInMp(octs, value, pool);
+    }
 }
 
 void makeVectors(Data *data, u32 count, u8 components, MemoryPool *pool) {
     data->choiceId = Data::arrayVec;
     data->vec = pool == nullptr ? MallocOf<DataArrayVec>() : allocInMpOf<DataArrayVec>(pool);
     data->vec->count = count;
-    if ((components & compMag) != 0)
+    if ((components & compMag) != 0) {
         data->vec->mag = newFloats(count, pool);
-    if ((components & compAng) != 0)
+    }
+    if ((components & compAng) != 0) {
         data->vec->ang = newFloats(count, pool);
+    }
 }
 
 // The compact form of elements `first` to `first` + `count` - 1.
 void readVectors(Data *data, const GenNode *node, Pairs pairs, u32 first, u32 count, MemoryPool *pool) {
     makeVectors(data, count, getVectorComp(node), pool);
     for (u32 i = 0; i < count; ++i) {
-        if (data->vec->mag != nullptr)
+        if (data->vec->mag != nullptr) {
             setFloat(&data->vec->mag[i], pairs.mag(first + i), pool);
-        if (data->vec->ang != nullptr)
+        }
+        if (data->vec->ang != nullptr) {
             setFloat(&data->vec->ang[i], pairs.ang(first + i), pool);
+        }
     }
 }
 
@@ -93,19 +98,23 @@ void readElement(Data *data, u8 components, Pairs pairs, u32 index, u8 location)
         break;
     }
     makeList(data, Data::structure, nullptr);
-    if ((components & compMag) != 0)
+    if ((components & compMag) != 0) {
         makeFloatStructure(appendMember(data->list, nullptr), pairs.mag(index));
-    if ((components & compAng) != 0)
+    }
+    if ((components & compAng) != 0) {
         makeFloatStructure(appendMember(data->list, nullptr), pairs.ang(index));
+    }
 }
 
 // A range of whole elements takes the compact form; of a part of them, an array of that part.
 void readRange(Data *data, const GenNode *node, Pairs pairs, const AccessSel &sel, u8 location) {
-    if (location == locElement)
+    if (location == locElement) {
         return readVectors(data, node, pairs, sel.firstIndex, sel.count, nullptr);
+    }
     makeList(data, Data::array, nullptr);
-    for (u32 i = 0; i < sel.count; ++i)
+    for (u32 i = 0; i < sel.count; ++i) {
         readElement(appendMember(data->list, nullptr), 0, pairs, sel.firstIndex + i, location);
+    }
 }
 
 } // namespace
@@ -130,18 +139,20 @@ u8 getVectorComp(const GenNode *node) {
 u8 getVectorLoc(const GenNode *node, const GenNode *target) {
     u8 location = locElement;
     for (; target != nullptr && target != node; target = target->parent) {
-        if (std::strcmp(target->name, "mag") == 0)
+        if (std::strcmp(target->name, "mag") == 0) {
             location = static_cast<u8>(location + locMag);
-        else if (std::strcmp(target->name, "ang") == 0 || std::strcmp(target->name, "f") == 0)
+        } else if (std::strcmp(target->name, "ang") == 0 || std::strcmp(target->name, "f") == 0) {
             location = static_cast<u8>(location + locAng);
+        }
     }
     return location;
 }
 
 void getArrVecData(Data *data, GenNode *node, const AccessSel *accessSel) {
     const void *place = nodeData(node);
-    if (place == nullptr)
+    if (place == nullptr) {
         return;
+    }
     const Pairs pairs = pairsAt(place);
     const u8 location = getVectorLoc(node, accessSel->arrayNode);
     switch (accessSel->kind) {
@@ -167,14 +178,17 @@ bool copyVecArrNode(GenNode *node, u32 first, Data *data) {
         dbInfo(DbOTH, DbINF, "copyVecArrNode", "Node addr is NULL");
         return false;
     }
-    if (data->choiceId != Data::arrayVec)
+    if (data->choiceId != Data::arrayVec) {
         return false;
+    }
     const Pairs pairs = pairsAt(place);
     for (u32 i = first; i < data->vec->count; ++i) {
-        if (data->vec->mag != nullptr)
+        if (data->vec->mag != nullptr) {
             fp2Octs(&data->vec->mag[i], pairs.mag(i), false);
-        if (data->vec->ang != nullptr)
+        }
+        if (data->vec->ang != nullptr) {
             fp2Octs(&data->vec->ang[i], pairs.ang(i), false);
+        }
     }
     return true;
 }

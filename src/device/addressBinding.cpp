@@ -13,37 +13,46 @@ CBNum gCBNum;
 DescNodes setPointDesc[setPointNum + 1];
 
 bool searchTargetDescNode(const GenNode *doNode, const char *prefix, DescNodes *list) {
-    if (doNode->fc != FcDC || doNode->level != LevelDO || !hasChild(doNode) || doNode->sAddr == nullptr)
+    if (doNode->fc != FcDC || doNode->level != LevelDO || !hasChild(doNode) || doNode->sAddr == nullptr) {
         return false;
-    if (prefix != nullptr && std::strncmp(doNode->sAddr, prefix, 4) != 0)
+    }
+    if (prefix != nullptr && std::strncmp(doNode->sAddr, prefix, 4) != 0) {
         return false;
+    }
     for (DescNodes *row = list; row->key[0] != '\0'; row++) {
-        if (std::strcmp(row->key, doNode->sAddr) != 0)
+        if (std::strcmp(row->key, doNode->sAddr) != 0) {
             continue;
+        }
         GenNode *dNode = childByName(doNode, "d");
         GenNode *dUNode = childByName(doNode, "dU");
-        if (dNode != nullptr)
+        if (dNode != nullptr) {
             row->dNode = dNode;
-        if (dUNode != nullptr)
+        }
+        if (dUNode != nullptr) {
             row->dUNode = dUNode;
-        if (dNode != nullptr || dUNode != nullptr)
+        }
+        if (dNode != nullptr || dUNode != nullptr) {
             return true;
+        }
     }
     return false;
 }
 
 void updateOtherFCD(GenNode *doNode) {
     const GenNode *ln = doNode;
-    while (ln != nullptr && ln->level > LevelLN)
+    while (ln != nullptr && ln->level > LevelLN) {
         ln = ln->parent;
-    if (ln == nullptr)
+    }
+    if (ln == nullptr) {
         return;
+    }
     for (GenNode *fcNode = ln->child; fcNode != nullptr; fcNode = fcNode->sibling) {
         // A control block may bear the name of a data object.
         GenNode *other = childByName(fcNode, doNode->name);
         if (other == nullptr || other->level != LevelDO || other->data != nullptr ||
-            other->nodeType != doNode->nodeType)
+            other->nodeType != doNode->nodeType) {
             continue;
+        }
         other->sAddr = doNode->sAddr;
         other->data = doNode->data;
         searchTargetDescNode(other, "ST.SP", setPointDesc);
@@ -55,9 +64,11 @@ namespace {
 u32 countComponents(GenNode *svDo) {
     u32 count = 0;
     GenNode *const end = nextNode(svDo, false);
-    for (GenNode *node = svDo; node != end; node = nextNode(node, true))
-        if (hasChild(node) && isComponent(node))
+    for (GenNode *node = svDo; node != end; node = nextNode(node, true)) {
+        if (hasChild(node) && isComponent(node)) {
             count++;
+        }
+    }
     return count;
 }
 
@@ -65,23 +76,26 @@ u32 countComponents(GenNode *svDo) {
 // many times.
 void explainSAddr(const GenNode *leaf, u8 cdc) {
     const u8 found = resolveSAddr(leaf->sAddr).nodeType;
-    if (found == cdc || *leaf->sAddr == '\0')
+    if (found == cdc || *leaf->sAddr == '\0') {
         return;
+    }
     char path[maxPathText];
     getAllPath(leaf, path, true);
-    if (found == TypeFailure)
+    if (found == TypeFailure) {
         std::fprintf(stderr, "sAddr \"%.100s\" at \"%s\": no such row in the address tree\n", leaf->sAddr,
                      path);
-    else
+    } else {
         std::fprintf(stderr, "sAddr \"%.100s\" at \"%s\": the record is a %s, the data object a %s\n",
                      leaf->sAddr, path, cdcText(found), cdcText(cdc));
+    }
 }
 
 void bindObject(GenNode *doNode, const GenNode *leaf) {
     explainSAddr(leaf, doNode->nodeType);
     doNode->data = getSAddr(leaf->sAddr, doNode->nodeType);
-    if (doNode->data == nullptr)
+    if (doNode->data == nullptr) {
         return;
+    }
     doNode->sAddr = leaf->sAddr;
     searchTargetDescNode(doNode, "ST.SP", setPointDesc);
     updateOtherFCD(doNode);
@@ -90,16 +104,18 @@ void bindObject(GenNode *doNode, const GenNode *leaf) {
 } // namespace
 
 void sAddrInit() {
-    for (u32 n = 0; n < setPointNum; n++)
+    for (u32 n = 0; n < setPointNum; n++) {
         std::snprintf(setPointDesc[n].key, sizeof setPointDesc[n].key, "ST.SP%u", n + 1);
+    }
     u32 subsNum = 0;
     GenNode *doNode = nullptr;
     bool descend = true;
     for (GenNode *node = lds.child; node != nullptr; node = nextNode(node, descend)) {
         descend = true;
         if (node->level == LevelDO && hasChild(node)) {
-            if (node->fc == FcSV)
+            if (node->fc == FcSV) {
                 subsNum += countComponents(node);
+            }
             descend = node->data == nullptr && node->fc != FcSV;
             doNode = node;
         } else if (node->level == LevelLeaf && node->sAddr != nullptr && doNode != nullptr &&
@@ -107,9 +123,10 @@ void sAddrInit() {
             bindObject(doNode, node);
         }
     }
-    if (subsNum > 0xFFFF)
+    if (subsNum > 0xFFFF) {
         dbInfo(DbGEN, DbPAN, "sAddrInit", "The model has %u components with subEna, the limit is 65535!",
                subsNum);
+    }
     gCBNum.subsNum = static_cast<u16>(subsNum);
 }
 

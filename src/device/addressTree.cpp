@@ -19,11 +19,12 @@ void walkTable(const MapTable &table, char *text, std::size_t length, u32 offset
         const MapRow &row = table.rows[i];
         const int added = std::snprintf(text + length, maxSAddrText - length, "%s%s", row.name,
                                         row.next != nullptr ? "." : "");
-        if (row.next != nullptr)
+        if (row.next != nullptr) {
             walkTable(*row.next, text, length + static_cast<std::size_t>(added), offset + row.offset, leaf,
                       context);
-        else
+        } else {
             leaf(text, row, offset + row.offset, context);
+        }
     }
 }
 

@@ -161,8 +161,9 @@ struct MapPlace {
 // Index of the row of `table` with that name, or table.count.
 constexpr u32 mapRowIndex(const MapTable &table, std::string_view name) {
     u32 index = 0;
-    while (index < table.count && name != table.rows[index].name)
+    while (index < table.count && name != table.rows[index].name) {
         index++;
+    }
     return index;
 }
 
@@ -174,14 +175,17 @@ constexpr MapPlace resolveSAddr(std::string_view sAddr) {
         const std::size_t end = sAddr.find('.', at);
         const bool last = end == std::string_view::npos;
         const u32 index = mapRowIndex(*table, sAddr.substr(at, last ? end : end - at));
-        if (index == table->count)
+        if (index == table->count) {
             return place;
+        }
         const MapRow &row = table->rows[index];
-        if (last == (row.nodeType == mapInner))
+        if (last == (row.nodeType == mapInner)) {
             return place;
+        }
         place.offset += row.offset;
-        if (last)
+        if (last) {
             return {place.offset, row.nodeType};
+        }
         table = row.next;
         at = end + 1;
     }

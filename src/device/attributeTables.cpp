@@ -20,8 +20,9 @@ namespace {
 constexpr AttrRow row(std::string_view path, u8 fc, std::size_t offset, std::size_t size,
                       bool isArray = false) {
     AttrRow out{};
-    if (path.size() >= sizeof out.path)
+    if (path.size() >= sizeof out.path) {
         throw "path too long";
+    }
     path.copy(out.path, path.size());
     out.fc = fc;
     out.isArray = isArray;
@@ -39,8 +40,9 @@ template <std::size_t... N> constexpr auto join(const std::array<AttrRow, N> &..
     std::array<AttrRow, (N + ...)> out{};
     std::size_t at = 0;
     const auto add = [&](const auto &table) {
-        for (const AttrRow &each : table)
+        for (const AttrRow &each : table) {
             out[at++] = each;
+        }
     };
     (add(tables), ...);
     return out;
@@ -54,8 +56,9 @@ constexpr auto inside(std::string_view prefix, std::size_t offset, const std::ar
     for (std::size_t i = 0; i < N; i++) {
         char path[sizeof AttrRow::path] = {};
         const std::string_view own = table[i].path;
-        if (prefix.size() + own.size() >= sizeof path)
+        if (prefix.size() + own.size() >= sizeof path) {
             throw "path too long";
+        }
         prefix.copy(path, prefix.size());
         own.copy(path + prefix.size(), own.size());
         out[i] = row(path, table[i].fc, table[i].offset + (table[i].fc == FcSV ? 0 : offset), table[i].size,
@@ -416,12 +419,15 @@ constexpr AttrTable aDOTable[aDONum] = {
 };
 
 const AttrRow *attrRow(u8 nodeType, const char *daPath, u8 fc) {
-    if (nodeType >= aDONum)
+    if (nodeType >= aDONum) {
         return nullptr;
+    }
     const AttrTable &attributes = aDOTable[nodeType];
-    for (u32 i = 0; i < attributes.count; i++)
-        if (attributes.rows[i].fc == fc && std::strcmp(attributes.rows[i].path, daPath) == 0)
+    for (u32 i = 0; i < attributes.count; i++) {
+        if (attributes.rows[i].fc == fc && std::strcmp(attributes.rows[i].path, daPath) == 0) {
             return &attributes.rows[i];
+        }
+    }
     return nullptr;
 }
 

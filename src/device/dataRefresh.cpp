@@ -25,8 +25,9 @@ constexpr int handOverTicks = 50;
 constexpr u8 noGroup = 0xFF;
 
 void report(const char *text) {
-    if (text != nullptr)
+    if (text != nullptr) {
         dbInfo(DbUPD, DbDBG, "refreshLocalData", "%s", text);
+    }
 }
 
 // What a change of the counters `first` to `last` brings up: a group of parameters and what hangs
@@ -60,30 +61,37 @@ void applyRule(RefreshState *state, const ParamRule &rule, const u32 *armFlag) {
     u32 *remembered = state->lastArmFlag + rule.first;
     const u32 *current = armFlag + rule.first;
     const std::size_t count = rule.last - rule.first + 1U;
-    if (std::equal(current, current + count, remembered))
+    if (std::equal(current, current + count, remembered)) {
         return;
+    }
     std::copy_n(current, count, remembered);
-    if (rule.group != noGroup)
+    if (rule.group != noGroup) {
         dealParamProcess(ParaLiveToSG, nullptr, rule.group);
-    for (const u8 group : rule.related)
-        if (group != noGroup)
+    }
+    for (const u8 group : rule.related) {
+        if (group != noGroup) {
             relatedDataRefresh(false, group);
+        }
+    }
     report(rule.message);
     state->paramChanged = 1;
 }
 
 void loadFlags(const RegionField<u32> &field, u32 *flags) {
-    for (u32 i = 0; i < field.count; i++)
+    for (u32 i = 0; i < field.count; i++) {
         flags[i] = regionLoadCounter(field, i);
+    }
 }
 
 // The energy bill block has no counter: its parameters are compared themselves.
 void refreshEnergyBill(RefreshState *state) {
     u8 block[energyBillSize];
-    for (u32 i = 0; i < energyBillSize; i++)
+    for (u32 i = 0; i < energyBillSize; i++) {
         block[i] = regionLoad(region::energyBill, i);
-    if (std::equal(block + energyBillHead, block + energyBillSize, state->energyBill + energyBillHead))
+    }
+    if (std::equal(block + energyBillHead, block + energyBillSize, state->energyBill + energyBillHead)) {
         return;
+    }
     std::copy_n(block, energyBillSize, state->energyBill);
     dealParamProcess(ParaLiveToSG, nullptr, ParaEngBill);
     report("Energybill para is refreshed!");
@@ -99,11 +107,13 @@ void refreshParameters(RefreshState *state) {
         dealParamProcess(ParaLiveToSG, nullptr, ParaBase);
         state->feedCount = 0;
     }
-    for (const ParamRule &rule : groupRules)
+    for (const ParamRule &rule : groupRules) {
         applyRule(state, rule, armFlag);
+    }
     refreshEnergyBill(state);
-    if (state->paramChanged == 0)
+    if (state->paramChanged == 0) {
         return;
+    }
     waitForMon();
     state->paramChanged = 0;
     dbInfo(DbUPD, DbINF, "refreshLocalData", "All para is refreshed and processed!");
@@ -127,8 +137,9 @@ constexpr MeasRule measRules[] = {
 
 // True, with the counter taken, when it moved.
 bool takeCounter(u32 current, u32 *remembered) {
-    if (current == *remembered)
+    if (current == *remembered) {
         return false;
+    }
     *remembered = current;
     return true;
 }
@@ -157,15 +168,17 @@ void refreshMeasurements(RefreshState *state) {
         state->measChanged = 1;
     }
     for (const MeasRule &rule : measRules) {
-        if (!takeCounter(regionLoadCounter(region::dspFlag, rule.index), &state->lastDspFlag[rule.index]))
+        if (!takeCounter(regionLoadCounter(region::dspFlag, rule.index), &state->lastDspFlag[rule.index])) {
             continue;
+        }
         rule.run(RefreshAll);
         report(rule.message);
         state->measChanged = 1;
     }
     refreshStatistics(state);
-    if (state->measChanged == 0)
+    if (state->measChanged == 0) {
         return;
+    }
     waitForMon();
     state->measChanged = 0;
     dbInfo(DbUPD, DbINF, "refreshLocalData", "All meas data is refreshed!");
@@ -175,8 +188,9 @@ void refreshMeasurements(RefreshState *state) {
 
 void waitForMon() {
     semGive(semMonitor);
-    if (semTake(semRefresh, handOverTicks) == ERROR)
+    if (semTake(semRefresh, handOverTicks) == ERROR) {
         dbInfo(DbUPD, DbERR, "waitForMon", "Fail to take semRefresh!");
+    }
 }
 
 void refreshStateInit(RefreshState *state) {
@@ -184,8 +198,9 @@ void refreshStateInit(RefreshState *state) {
     std::fill(std::begin(state->lastArmFlag) + 2, std::end(state->lastArmFlag), 1U);
     state->lastDspFlag[DspDemand] = 1;
     state->lastDspFlag[DspPreDemand] = 1;
-    for (u32 i = 0; i < energyBillSize; i++)
+    for (u32 i = 0; i < energyBillSize; i++) {
         state->energyBill[i] = regionLoad(region::energyBill, i);
+    }
 }
 
 void firstFilling() {
@@ -217,22 +232,25 @@ void refreshLocalData(TaskArgument) {
     refreshStateInit(&refreshState);
     wdgRegister(wdgTimeout);
     firstFilling();
-    for (;;)
+    for (;;) {
         refreshCycle(&refreshState);
+    }
 }
 
 bool dataRefreshStart() {
     const int halfSecond = std::max(1, static_cast<int>(sysClkRateGet() / 2));
     bool said = false;
     while (regionLoadCounter(region::ready) != region::readyValue) {
-        if (!said)
+        if (!said) {
             std::fprintf(stderr, "Waiting for the instrument: its shared region is not ready yet\n");
+        }
         said = true;
         taskDelay(halfSecond);
     }
     if (taskSpawn("t61850Update", 210, taskOptionFp, 0x200000, refreshLocalData, 1, 2, 3, 4, 5, 6, 7, 8, 9,
-                  10) != taskNone)
+                  10) != taskNone) {
         return true;
+    }
     dbInfo(DbOTH, DbSYS, "dataRefreshStart", "Spawn t61850Update failed!");
     return false;
 }

@@ -39,27 +39,32 @@ bool failed(const char *object, const char *text) {
 bool sysInit() {
     taskDelay(static_cast<int>(2 * sysClkRateGet()));
     sgMsgQID = msgQOpen(queueName, queueRecords, sizeof(manageMsg), 0, modeCreate, 0);
-    if (sgMsgQID == nullptr)
+    if (sgMsgQID == nullptr) {
         return failed(queueName, "Fail to open DataManager msgQ!");
+    }
     comdata = static_cast<u8 *>(sdOpen(regionName, 1, modeCreate, regionSize, 0, sdAttributes));
-    if (comdata == nullptr)
+    if (comdata == nullptr) {
         return failed(regionName, "ERROR TO OPEN SD_COMMDATA");
-    mutexComdata = semOpen(mutexName, semTypeMutex, 1, 1, mutexMode);
-    if (mutexComdata == nullptr)
+    }
+    mutexComdata = semOpen(mutexName, semTypeMutex, semFull, semQPriority, mutexMode);
+    if (mutexComdata == nullptr) {
         return failed(mutexName, "ERROR TO OPEN SD_COMMDATA_MUTEX");
+    }
     fdRtc = clockDeviceOpen(clockName);
-    if (fdRtc == ERROR)
+    if (fdRtc == ERROR) {
         return failed(clockName, "ERROR TO OPEN DEVS UNIX");
+    }
     return true;
 }
 
 void sendManageMsg(u32 cmdType, u32 data0, u32 data1, u32 data2) {
     const manageMsg message{1, cmdType, data0, data1, data2};
-    if (msgQSend(sgMsgQID, &message, sizeof message, NO_WAIT, 0) == ERROR)
+    if (msgQSend(sgMsgQID, &message, sizeof message, NO_WAIT, 0) == ERROR) {
         dbInfo(DbOTH, DbERR, "sendManageMsg",
                "Send msg Error! cmdType = %d, sendID = %d, data0 = %d, data1 = %d, data2 = %d",
                static_cast<int>(cmdType), static_cast<int>(message.sendID), static_cast<int>(data0),
                static_cast<int>(data1), static_cast<int>(data2));
+    }
 }
 
 void startUpHook(const char *const *) {}

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <arpa/inet.h>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,10 +17,10 @@ namespace {
 constexpr int usageError = 2;
 
 struct Options {
-    std::string icd;
-    std::string port;
+    std::optional<std::string> icd;
+    std::optional<std::string> port;
     std::vector<std::string> settings;
-    std::string debug;
+    std::optional<std::string> debug;
     u32 modelPool = 0;
     bool version = false;
 };
@@ -127,14 +128,14 @@ bool applyAll(const Options &options) {
     if (options.modelPool != 0) {
         hostModelOptions.modelPool = options.modelPool;
     }
-    if (!options.icd.empty()) {
+    if (options.icd) {
         hostModelOptions.icdOnHost = true;
-        if (!setField("icdPath", options.icd)) {
+        if (!setField("icdPath", *options.icd)) {
             return false;
         }
     }
-    if ((!options.port.empty() && !setField("tcpPort", options.port)) ||
-        (!options.debug.empty() && !applyDebug(options.debug))) {
+    if ((options.port && !setField("tcpPort", *options.port)) ||
+        (options.debug && !applyDebug(*options.debug))) {
         return false;
     }
     for (const std::string &setting : options.settings) {

@@ -44,15 +44,18 @@ struct MapLine {
 
 // Calls `row` with each name, number (0 for none) and line of a table, in order.
 template <class Lines, class Row> constexpr void forEachRow(const Lines &lines, Row row) {
-    for (const MapLine &line : lines)
-        for (u32 number = line.first; number <= line.last; number++)
+    for (const MapLine &line : lines) {
+        for (u32 number = line.first; number <= line.last; number++) {
             for (std::size_t at = 0; at < line.names.size();) {
                 std::size_t end = line.names.find(' ', at);
-                if (end == std::string_view::npos)
+                if (end == std::string_view::npos) {
                     end = line.names.size();
+                }
                 row(line.names.substr(at, end - at), number, line);
                 at = end + 1;
             }
+        }
+    }
 }
 
 template <const auto &lines> consteval u32 countRows() {
@@ -77,12 +80,15 @@ template <const auto &lines> consteval auto layOut() {
     forEachRow(lines, [&](std::string_view name, u32 number, const MapLine &line) {
         MapRow &row = out.rows[index++];
         std::size_t length = name.copy(row.name, sizeof row.name - 1);
-        if (number >= 10)
+        if (number >= 10) {
             row.name[length++] = static_cast<char>('0' + number / 10);
-        if (number > 0)
+        }
+        if (number > 0) {
             row.name[length++] = static_cast<char>('0' + number % 10);
-        if (length >= sizeof row.name || length < name.size())
+        }
+        if (length >= sizeof row.name || length < name.size()) {
             throw "name of a row too long";
+        }
         // Not by a test of the pointer: the sanitizers make that no constant expression.
         const bool inner = line.nodeType == mapInner;
         row.offset = alignUp(out.size, inner ? 8 : recordShape(line.nodeType).align);

@@ -27,11 +27,13 @@ bool noSuch(const char *what, const char *table) {
 } // namespace
 
 u64 calcMultiplier(u32 n) {
-    if (n > 9)
+    if (n > 9) {
         dbInfo(DbUPD, DbERR, "calcMultiplier", "Multiplier out of range!");
+    }
     u64 power = 1;
-    for (u32 i = 0; i < n && i < 19; i++)
+    for (u32 i = 0; i < n && i < 19; i++) {
         power *= 10;
+    }
     return power;
 }
 
@@ -48,25 +50,28 @@ void updateMV(MV *record, const TimeStamp &time, const u8 *source) {
 
 void updateCMV(CMV *record, const TimeStamp &time, const u8 *source, u16 fcdType, u8 *fcdRecord) {
     storeShared(record->cVal.mag, scaleValue(loadFloat(source), loadShared(record->units.multiplier)));
-    if (fcdType == CdcWYE && fcdRecord != nullptr)
+    if (fcdType == CdcWYE && fcdRecord != nullptr) {
         countShared(reinterpret_cast<WYE *>(fcdRecord)->updateCount);
-    else if (fcdType == CdcSEQ && fcdRecord != nullptr)
+    } else if (fcdType == CdcSEQ && fcdRecord != nullptr) {
         countShared(reinterpret_cast<SEQ *>(fcdRecord)->updateCount);
-    else
+    } else {
         dbInfo(DbUPD, DbERR, "updateCMV", "No such fcdType, cannot support this fcdType: %d", fcdType);
+    }
     stamp(record->q, record->t, time, qualityGood);
 }
 
 void updateInvalidMV(MV *record, const TimeStamp &time) {
-    if (loadShared(record->q) == qualityInvalid)
+    if (loadShared(record->q) == qualityInvalid) {
         return;
+    }
     storeShared(record->mag, 0.0F);
     stamp(record->q, record->t, time, qualityInvalid);
 }
 
 void updateInvalidCMV(CMV *record, const TimeStamp &time) {
-    if (loadShared(record->q) == qualityInvalid)
+    if (loadShared(record->q) == qualityInvalid) {
         return;
+    }
     storeShared(record->cVal.mag, 0.0F);
     stamp(record->q, record->t, time, qualityInvalid);
 }
@@ -92,10 +97,11 @@ struct RowPlace {
 
 void valueRow(const RowPlace &place) {
     auto *record = reinterpret_cast<MV *>(place.target);
-    if (place.copy)
+    if (place.copy) {
         updateMV(record, place.time(), place.source);
-    else if (!place.active)
+    } else if (!place.active) {
         updateInvalidMV(record, place.pass.now);
+    }
 }
 
 bool vectorRow(const RowPlace &place) {
@@ -103,10 +109,11 @@ bool vectorRow(const RowPlace &place) {
     switch (place.row.angtype) {
     case AngNone:
     case AngMagnitude:
-        if (place.copy)
+        if (place.copy) {
             updateCMV(record, place.time(), place.source, place.row.fcdType, place.fcd);
-        else if (!place.active)
+        } else if (!place.active) {
             updateInvalidCMV(record, place.pass.now);
+        }
         return true;
     case AngAngle:
         if (place.copy) {
@@ -124,9 +131,11 @@ bool vectorRow(const RowPlace &place) {
 
 // Whether a later row goes into the same record.
 bool hasSameFcdAddr(std::span<const MeasRow> rows, std::size_t index) {
-    for (std::size_t i = index + 1; i < rows.size(); i++)
-        if (rows[i].fcdAddr == rows[index].fcdAddr)
+    for (std::size_t i = index + 1; i < rows.size(); i++) {
+        if (rows[i].fcdAddr == rows[index].fcdAddr) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -144,13 +153,16 @@ void copyArray(const RowPlace &place, HWYE *record) {
 
 // The last row of a record closes it; the rows before it still clear their arrays.
 void invalidateArray(const RowPlace &place, HWYE *record, bool lastOfRecord) {
-    if (loadShared(record->q) == qualityInvalid)
+    if (loadShared(record->q) == qualityInvalid) {
         return;
-    if (lastOfRecord)
+    }
+    if (lastOfRecord) {
         stamp(record->q, record->t, place.pass.now, qualityInvalid);
+    }
     Vector *elements = *reinterpret_cast<Vector **>(place.target);
-    for (u32 i = place.pass.firstElement; elements != nullptr && i < record->numHar; i++)
+    for (u32 i = place.pass.firstElement; elements != nullptr && i < record->numHar; i++) {
         storeShared(elements[i].mag, 0.0F);
+    }
     countShared(record->updateCount);
 }
 
@@ -160,10 +172,11 @@ bool arrayRow(const RowPlace &place, std::span<const MeasRow> rows, std::size_t 
         return !place.active && !place.pass.stopOnWrongArray;
     }
     auto *record = reinterpret_cast<HWYE *>(place.fcd);
-    if (place.copy)
+    if (place.copy) {
         copyArray(place, record);
-    else if (!place.active)
+    } else if (!place.active) {
         invalidateArray(place, record, !hasSameFcdAddr(rows, index));
+    }
     return true;
 }
 
@@ -192,8 +205,9 @@ int walkMeasTable(std::span<const MeasRow> rows, const MeasPass &pass) {
         } else {
             good = noSuch("prototype", pass.table);
         }
-        if (!good)
+        if (!good) {
             return 0;
+        }
     }
     return 1;
 }

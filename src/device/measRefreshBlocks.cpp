@@ -45,8 +45,9 @@ i32 loadCount(const MeasRow &row) {
 }
 
 bool isCounter(const MeasRow &row, const char *table) {
-    if (row.prototype == ProtoBCR)
+    if (row.prototype == ProtoBCR) {
         return true;
+    }
     dbInfo(DbUPD, DbERR, "walkMeasTable", "No Such prototype in %s!", table);
     return false;
 }
@@ -90,8 +91,9 @@ int refreshRtDemand(u8 mode) {
     for (const DemandSet &set : demandSets) {
         pass.targetShift = set.target;
         pass.sourceShift = set.source;
-        if (walkMeasTable(measTable(pass.table), pass) == 0)
+        if (walkMeasTable(measTable(pass.table), pass) == 0) {
             return 0;
+        }
     }
     return 1;
 }
@@ -99,15 +101,18 @@ int refreshRtDemand(u8 mode) {
 int walkPulseTable(std::span<const MeasRow> rows, u8 mode) {
     const TimeStamp blockTime = regionLoad(region::ioTime);
     for (u32 i = 0; i < rows.size() && rows[i].srcAddr != nullptr; i++) {
-        if (!isCounter(rows[i], "diCntMeasTable"))
+        if (!isCounter(rows[i], "diCntMeasTable")) {
             return 0;
+        }
         if (mode == RefreshInvalidate || i >= region::DIMod.count ||
-            regionLoad(region::DIMod, i) != diPulseMode)
+            regionLoad(region::DIMod, i) != diPulseMode) {
             continue;
+        }
         auto *record = reinterpret_cast<BCR *>(rows[i].modelAddr);
         const i32 count = loadCount(rows[i]);
-        if (count == loadShared(record->actVal))
+        if (count == loadShared(record->actVal)) {
             continue;
+        }
         storeShared(record->pulsQty, 1.0F);
         updateBCR(record, count, blockTime);
     }
@@ -117,12 +122,15 @@ int walkPulseTable(std::span<const MeasRow> rows, u8 mode) {
 int walkEnergyTable(std::span<const MeasRow> rows, u8 mode) {
     const TimeStamp blockTime = regionLoad(region::energyTime);
     for (const MeasRow &row : rows) {
-        if (row.srcAddr == nullptr)
+        if (row.srcAddr == nullptr) {
             break;
-        if (!isCounter(row, "energyMeasTable"))
+        }
+        if (!isCounter(row, "energyMeasTable")) {
             return 0;
-        if (mode == RefreshInvalidate)
+        }
+        if (mode == RefreshInvalidate) {
             continue;
+        }
         auto *record = reinterpret_cast<BCR *>(row.modelAddr);
         storeShared(record->units.multiplier, energyMultiplier);
         updateBCR(record, loadCount(row), blockTime);
@@ -144,8 +152,9 @@ int refreshStatData(u8 month, u8 mode) {
     for (const StatSet &set : rtStatSets[month]) {
         pass.targetShift = set.target;
         pass.sourceShift = set.source;
-        if (walkMeasTable(measTable(pass.table), pass) == 0)
+        if (walkMeasTable(measTable(pass.table), pass) == 0) {
             return 0;
+        }
     }
     pass.table = "demandStatTable";
     pass.targetShift = demandStatSets[month].target;

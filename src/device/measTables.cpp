@@ -32,10 +32,12 @@ struct ObjectName {
 
     constexpr ObjectName(std::string_view name, u32 number) {
         length = name.copy(text, sizeof text - 3);
-        if (number >= 10)
+        if (number >= 10) {
             text[length++] = static_cast<char>('0' + number / 10);
-        if (number > 0)
+        }
+        if (number > 0) {
             text[length++] = static_cast<char>('0' + number % 10);
+        }
     }
     constexpr std::string_view view() const { return {text, length}; }
 };
@@ -50,8 +52,9 @@ struct Target {
 
 constexpr Target targetOf(u8 cdc, u32 index) {
     const u32 components = cdc == CdcWYE || cdc == CdcHWYE ? 4 : cdc == CdcMV || cdc == CdcBCR ? 1 : 3;
-    if (index >= components)
+    if (index >= components) {
         throw "the object has no such component";
+    }
     switch (cdc) {
     case CdcMV:
         return {ProtoMV, mapInner, 0};
@@ -73,25 +76,29 @@ constexpr Target targetOf(u8 cdc, u32 index) {
 // Calls `row(object, component, source, line, number)` for each component of the table. A line
 // with several object names has one source for each and no components.
 template <class Lines, class Row> constexpr void forEachComponent(const Lines &lines, Row row) {
-    for (const MeasLine &line : lines)
+    for (const MeasLine &line : lines) {
         for (u32 number = line.first; number <= line.last; number++) {
             u32 index = 0;
             const bool list = line.object.find(' ') != std::string_view::npos;
             for (std::size_t at = 0; at < line.object.size();) {
                 std::size_t end = line.object.find(' ', at);
-                if (end == std::string_view::npos)
+                if (end == std::string_view::npos) {
                     end = line.object.size();
+                }
                 const std::string_view object = line.object.substr(at, end - at);
                 at = end + 1;
                 if (list) {
                     row(object, 0U, line.sources[index++], line, number);
                     continue;
                 }
-                for (u32 component = 0; component < 4; component++)
-                    if (line.sources[component].magnitude != 0)
+                for (u32 component = 0; component < 4; component++) {
+                    if (line.sources[component].magnitude != 0) {
                         row(object, component, line.sources[component], line, number);
+                    }
+                }
             }
         }
+    }
 }
 
 template <const auto &lines> consteval u32 countMeasRows() {
@@ -112,8 +119,9 @@ template <const auto &lines> consteval auto makeMeasTable(Extent extent) {
         u8 *const record = protoData + place.offset;
         const u32 offset = source.magnitude + (number - line.first) * line.step;
         const u8 wiring = source.wiring == Source::ofObject ? line.wiring : source.wiring;
-        if (!inRegion(offset, extent, target.prototype == ProtoArray, 4))
+        if (!inRegion(offset, extent, target.prototype == ProtoArray, 4)) {
             throw "source outside the region";
+        }
         out[index++] = {target.prototype,
                         source.angle != 0 ? AngMagnitude : AngNone,
                         record + target.component,
@@ -122,10 +130,12 @@ template <const auto &lines> consteval auto makeMeasTable(Extent extent) {
                         wiring,
                         target.fcdType,
                         target.fcdType == mapInner ? nullptr : record};
-        if (source.angle == 0)
+        if (source.angle == 0) {
             return;
-        if (!inRegion(source.angle, extent, false, 2))
+        }
+        if (!inRegion(source.angle, extent, false, 2)) {
             throw "source outside the region";
+        }
         out[index] = out[index - 1];
         out[index].angtype = AngAngle;
         out[index].srcOffset = source.angle;
@@ -192,16 +202,20 @@ constexpr StatSet demandStatSets[2] = {
 };
 
 std::span<const MeasRow> measTable(std::string_view name) {
-    for (const NamedTable &table : measTables)
-        if (table.name == name)
+    for (const NamedTable &table : measTables) {
+        if (table.name == name) {
             return table.rows;
+        }
+    }
     return {};
 }
 
 int dataMapInit() {
-    for (const NamedTable &table : measTables)
-        for (MeasRow &row : table.rows)
+    for (const NamedTable &table : measTables) {
+        for (MeasRow &row : table.rows) {
             row.srcAddr = comdata + row.srcOffset;
+        }
+    }
     return 1;
 }
 

@@ -16,8 +16,9 @@ namespace {
 
 // One more of `what`; more than a counter holds ends the process.
 void count(u16 &counter, const char *what) {
-    if (counter == 0xFFFF)
+    if (counter == 0xFFFF) {
         dbInfo(DbGEN, DbPAN, "cbNumInit", "More than 65535 %s in the SCL file!", what);
+    }
     counter++;
 }
 
@@ -43,16 +44,20 @@ void cbNumInit() {
     gCBNum = {};
     for (const ReportCfg &report : records<&ReportCfg::link>(ReportCfgHead)) {
         count(gCBNum.rcbNum, "report control blocks");
-        if (report.buffered != 0)
+        if (report.buffered != 0) {
             gCBNum.brcbNum++;
+        }
     }
-    for ([[maybe_unused]] const LCBCfg &log : records<&LCBCfg::link>(LCBHead))
+    for ([[maybe_unused]] const LCBCfg &log : records<&LCBCfg::link>(LCBHead)) {
         count(gCBNum.lcbNum, "log control blocks");
+    }
     for (const scl::LDevice &device : records<&scl::LDevice::link>(LDeviceHead)) {
-        if (!listEmpty(&device.gse))
+        if (!listEmpty(&device.gse)) {
             count(gCBNum.gseNum, "logical devices with GSE control");
-        if (device.SettingControl.numOfSGs != nullptr)
+        }
+        if (device.SettingControl.numOfSGs != nullptr) {
             count(gCBNum.sgcbNum, "logical devices with setting groups");
+        }
     }
 }
 

@@ -9,10 +9,12 @@ namespace ied {
 // else what follows its whole subtree. An array's children describe its elements and are no nodes
 // of the walk. Null at the end.
 inline GenNode *nextNode(GenNode *node, bool descend) {
-    if (descend && hasChild(node))
+    if (descend && hasChild(node)) {
         return node->child;
-    while (node != nullptr && !hasSibling(node))
+    }
+    while (node != nullptr && !hasSibling(node)) {
         node = node->parent;
+    }
     return node != nullptr ? node->sibling : nullptr;
 }
 

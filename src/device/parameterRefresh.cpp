@@ -51,8 +51,9 @@ bool countsFromOne(const u8 *record) {
 
 void walkMap(std::span<const ParaMap> map) {
     for (const ParaMap &row : map) {
-        if (row.srcOffset == 0 || row.modelAddr == nullptr)
+        if (row.srcOffset == 0 || row.modelAddr == nullptr) {
             break;
+        }
         if (refreshPara(row, comdata + region::liveArea + row.srcOffset, ParaLiveToSG) == 0) {
             dbInfo(DbUPD, DbERR, "dealParamProcess", "Para deal error!");
             taskExit(0);
@@ -68,26 +69,31 @@ int refreshPara(const ParaMap &row, const u8 *field, u8 op) {
     const bool isInteger = loadInteger(row.dataType, field, &value);
     switch (row.protoType) {
     case CdcSPG:
-        if (row.dataType > ParaU32)
+        if (row.dataType > ParaU32) {
             return rowFault("No Such DataType In model_spg class!");
+        }
         storeShared(reinterpret_cast<SPG *>(row.modelAddr)->setVal[instance], static_cast<u8>(value));
         return 1;
     case CdcING:
-        if (!isInteger)
+        if (!isInteger) {
             return rowFault("No Such DataType In model_ing class!");
+        }
         storeShared(reinterpret_cast<ING *>(row.modelAddr)->setVal[instance], static_cast<i32>(value));
         return 1;
     case CdcASG:
-        if (row.dataType > ParaU32 && row.dataType != ParaF32)
+        if (row.dataType > ParaU32 && row.dataType != ParaF32) {
             return rowFault("No Such DataType In model_asg class!");
+        }
         storeShared(reinterpret_cast<ASG *>(row.modelAddr)->setMag[instance],
                     isInteger ? static_cast<f32>(value) : loadField<f32>(field));
         return 1;
     case CdcENG:
-        if (!isInteger)
+        if (!isInteger) {
             return rowFault("No Such DataType In model_eng class!");
-        if (countsFromOne(row.modelAddr))
+        }
+        if (countsFromOne(row.modelAddr)) {
             value++;
+        }
         storeShared(reinterpret_cast<ENG *>(row.modelAddr)->setVal[instance], static_cast<u8>(value));
         return 1;
     default:
@@ -101,12 +107,14 @@ int dealParamProcess(u8 op, const AsnList *, u8 group) {
         taskExit(0);
     }
     if (group != ParaAll) {
-        if (group < ParaGroupNum)
+        if (group < ParaGroupNum) {
             walkMap(paraMapAddr[group]);
+        }
         return 1;
     }
-    for (const std::span<const ParaMap> map : paraMapAddr)
+    for (const std::span<const ParaMap> map : paraMapAddr) {
         walkMap(map);
+    }
     return 1;
 }
 

@@ -20,8 +20,9 @@ constexpr u32 demandSetNum = 3;
 constexpr u32 statSetNum = 4;
 
 void setSeqInvalid(SEQ &record) {
-    for (CMV &component : record.c)
+    for (CMV &component : record.c) {
         storeShared(component.q, qualityInvalid);
+    }
 }
 
 // Records that no measurement table feeds.
@@ -79,9 +80,11 @@ template <class Record> void fixState(Record &record, u8 value, u16 q, const Tim
 void invalidHarDeal(HWYE *record, bool hasNeut) {
     constexpr u32 noHarmonics = 2; // elements before the second harmonic
     const u32 arrays = hasNeut ? 4 : 3;
-    for (u32 i = 0; i < arrays; i++)
-        for (u32 n = 0; record->har[i] != nullptr && n < noHarmonics && n < record->numHar; n++)
+    for (u32 i = 0; i < arrays; i++) {
+        for (u32 n = 0; record->har[i] != nullptr && n < noHarmonics && n < record->numHar; n++) {
             storeShared(record->har[i][n].mag, 0.0F);
+        }
+    }
 }
 
 void specDataInit() {
@@ -105,8 +108,9 @@ void specDataInit() {
 }
 
 void pulsQtyInit() {
-    for (const MeasRow &row : measTable("energyMeasTable"))
+    for (const MeasRow &row : measTable("energyMeasTable")) {
         storeShared(reinterpret_cast<BCR *>(row.modelAddr)->pulsQty, 1.0F);
+    }
 }
 
 int locDataInit() {

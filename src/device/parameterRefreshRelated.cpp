@@ -46,8 +46,9 @@ void setValue(INS &record, i32 value, const TimeStamp &now) {
 
 void ratedCurrent(bool, const TimeStamp &now) {
     const u16 code = regionLoad(region::ratedCurrent);
-    if (code == state.lastrateNormAmp)
+    if (code == state.lastrateNormAmp) {
         return;
+    }
     state.lastrateNormAmp = code;
     const i32 ampere = code == 1 ? 1 : 5;
     setValue(mirror<INS>("MICS.RtdCurr"), ampere, now);
@@ -59,8 +60,9 @@ void ratedCurrent(bool, const TimeStamp &now) {
 template <class Record>
 void channelState(Record &record, bool usable, bool value, bool force, const TimeStamp &now) {
     const u16 wanted = usable ? qualityGood : qualityInvalid;
-    if (loadShared(record.q) == wanted && !force)
+    if (loadShared(record.q) == wanted && !force) {
         return;
+    }
     storeShared(record.stVal, static_cast<u8>(usable && value));
     storeShared(record.t, now);
     storeShared(record.q, wanted);
@@ -69,9 +71,10 @@ void channelState(Record &record, bool usable, bool value, bool force, const Tim
 void outputs(bool force, const TimeStamp &now) {
     constexpr u32 relays = 4; // before DO1 in the list and in the state word
     const u16 word = regionLoad(region::outputState);
-    for (u32 i = 0; i < region::DOMod.count; i++)
+    for (u32 i = 0; i < region::DOMod.count; i++) {
         channelState(*DOSTAddrList[relays + i], regionLoad(region::DOMod, i) == 0, isBit(word, relays + i),
                      force, now);
+    }
 }
 
 void pulseCounter(u32 i, bool counting, bool force, const TimeStamp &now) {
@@ -83,10 +86,11 @@ void pulseCounter(u32 i, bool counting, bool force, const TimeStamp &now) {
         storeShared(record.t, now);
         storeShared(record.q, wanted);
     }
-    if (counting)
+    if (counting) {
         storeShared(record.pulsQty, 1.0F);
-    else if (turn)
+    } else if (turn) {
         storeShared(record.pulsQty, 0.0F);
+    }
 }
 
 void inputs(bool force, const TimeStamp &now) {
@@ -120,13 +124,15 @@ void setPointDescription(u32 i, u16 trgMod, u16 monObj) {
 bool unitOf(u16 monObj, u8 *unit) {
     constexpr u16 harmonicFirst = 36;
     constexpr u16 harmonicLast = 159;
-    if (monObj > harmonicLast)
+    if (monObj > harmonicLast) {
         return false;
+    }
     if (monObj >= harmonicFirst) {
-        if (monObj % 2 == 0)
+        if (monObj % 2 == 0) {
             *unit = regionLoad(region::ClcHV) != 0 ? SiVolt : SiNone;
-        else
+        } else {
             *unit = regionLoad(region::ClcHA) != 0 ? SiAmpere : SiNone;
+        }
         return true;
     }
     switch (monObj) {
@@ -169,11 +175,13 @@ void setPointUnit(u32 i, u16 monObj) {
     ASG &under = mirrorOf<ASG>("SET.setpoint1.UnStrVar", "SET.setpoint2.UnStrVar", i);
     u8 unit;
     const bool known = unitOf(monObj, &unit);
-    if (!known)
+    if (!known) {
         dbInfo(DbUPD, DbERR, "relatedDataRefresh", "SP%u Source Para Error!", i + 1);
+    }
     for (ASG *record : {&over, &under}) {
-        if (known)
+        if (known) {
             storeShared(record->units.SIUnit, unit);
+        }
         storeShared(record->units.multiplier, i8{0});
     }
 }
@@ -201,10 +209,12 @@ HWYE *const currentHarmonics[] = {
 };
 
 void harmonicUnits(std::span<HWYE *const> records, u16 form, u8 unit) {
-    if (form > 1)
+    if (form > 1) {
         return;
-    for (HWYE *record : records)
+    }
+    for (HWYE *record : records) {
         storeShared(record->units.SIUnit, form == 0 ? u8{SiNone} : unit);
+    }
 }
 
 void harmonicFrequency(std::span<HWYE *const> records, bool sixtyHertz) {
@@ -263,9 +273,11 @@ constexpr Section sections[] = {
 void relatedDataRefresh(bool force, u8 group) {
     TimeStamp now;
     getTimeStamp(&now);
-    for (const Section &section : sections)
-        if (force || group == section.groups[0] || group == section.groups[1])
+    for (const Section &section : sections) {
+        if (force || group == section.groups[0] || group == section.groups[1]) {
             section.run(force, now);
+        }
+    }
 }
 
 } // namespace ied

@@ -50,8 +50,9 @@ const char *searchKey(const ListHead *privateSection, const char *key) {
     }
     for (ListLink *link = privateSection->next; link != nullptr; link = link->next) {
         const auto *entry = listRecord<scl::OrvConfig_t, &scl::OrvConfig_t::link>(link);
-        if (entry->key != nullptr && std::strcmp(entry->key, key) == 0)
+        if (entry->key != nullptr && std::strcmp(entry->key, key) == 0) {
             return entry->val != nullptr ? entry->val : "";
+        }
     }
     return nullptr;
 }
@@ -59,10 +60,11 @@ const char *searchKey(const ListHead *privateSection, const char *key) {
 int localConfLoad(const LocalConfRow *table, const ListHead *privateSection) {
     for (const LocalConfRow *row = table; row->key[0] != '\0'; row++) {
         const char *text = searchKey(privateSection, row->key);
-        if (text == nullptr)
+        if (text == nullptr) {
             dbInfo(DbUPD, DbERR, "privateConfigProcess", "%s is not in Private Element!", row->key);
-        else if (!takeValue(*row, text))
+        } else if (!takeValue(*row, text)) {
             return -1;
+        }
     }
     return 0;
 }
@@ -81,8 +83,9 @@ int privateConfigProcess(u8 privateType) {
 }
 
 int localConfInit() {
-    if (privateConfigProcess(PrivateLocalConf) == 0)
+    if (privateConfigProcess(PrivateLocalConf) == 0) {
         return 0;
+    }
     dbInfo(DbUPD, DbERR, "localConfInit", "Load privateLocalConfig failed!");
     return -1;
 }

@@ -15,8 +15,9 @@ template <class T> struct MirrorPath {
     u32 offset;
 
     consteval MirrorPath(const char *sAddr) : offset(resolveSAddr(sAddr).offset) {
-        if (!isRecordOf<T>(resolveSAddr(sAddr).nodeType))
+        if (!isRecordOf<T>(resolveSAddr(sAddr).nodeType)) {
             throw "no leaf of that type";
+        }
     }
 };
 

@@ -23,8 +23,9 @@ template <class T> struct RegionField {
     consteval explicit RegionField(u32 at, u32 number = 1, u32 step = sizeof(T))
         : offset(at), count(number), stride(step) {
         if (number == 0 || at % alignof(T) != 0 || step % alignof(T) != 0 ||
-            at + u64{number - 1} * step + sizeof(T) > regionSize)
+            at + u64{number - 1} * step + sizeof(T) > regionSize) {
             throw "field outside the region";
+        }
     }
 
     // Octets from the region's base of value `index`, which is below count.

@@ -93,18 +93,21 @@ using HarmonicBuffers = std::array<std::array<std::array<char, 48>, 4>, setPoint
 
 consteval HarmonicBuffers makeHarmonics() {
     HarmonicBuffers out{};
-    for (u32 h = firstHarmonic; h <= lastHarmonic; h++)
-        for (u32 kind = 0; kind < 2; kind++)
+    for (u32 h = firstHarmonic; h <= lastHarmonic; h++) {
+        for (u32 kind = 0; kind < 2; kind++) {
             for (u32 i = 0; i < 4; i++) {
                 char *text = out[2 * (h - firstHarmonic) + kind][i].data();
                 const HarmonicText &parts = harmonicTexts[kind][i];
                 std::size_t length = parts.before.copy(text, parts.before.size());
-                if (h >= 10)
+                if (h >= 10) {
                     text[length++] = static_cast<char>('0' + h / 10);
+                }
                 text[length++] = static_cast<char>('0' + h % 10);
                 length += parts.behind.copy(text + length, parts.behind.size());
                 text[length] = '\0';
             }
+        }
+    }
     return out;
 }
 
@@ -112,9 +115,11 @@ constexpr HarmonicBuffers harmonics = makeHarmonics();
 
 consteval auto makeSetPointStr() {
     std::array<SetPointStr, setPointStrNum> out{};
-    for (u32 i = 0; i < setPointStrNum; i++)
-        for (u32 n = 0; n < 4; n++)
+    for (u32 i = 0; i < setPointStrNum; i++) {
+        for (u32 n = 0; n < 4; n++) {
             out[i].text[n] = i < listedNum ? listed[i].text[n] : harmonics[i - listedNum][n].data();
+        }
+    }
     return out;
 }
 

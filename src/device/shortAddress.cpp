@@ -19,13 +19,15 @@ enum class SAddrFault : u8 {
 };
 
 SAddrFault checkItems(std::string_view text) {
-    if (static_cast<u32>(std::count(text.begin(), text.end(), '.')) + 1 > SADDR_DEP_MAX)
+    if (static_cast<u32>(std::count(text.begin(), text.end(), '.')) + 1 > SADDR_DEP_MAX) {
         return SAddrFault::tooDeep;
+    }
     std::size_t length = 0;
     for (const char c : text) {
         length = c == '.' ? 0 : length + 1;
-        if (length > SADDR_LEN_MAX)
+        if (length > SADDR_LEN_MAX) {
             return SAddrFault::itemTooLong;
+        }
     }
     return SAddrFault::none;
 }
@@ -39,19 +41,21 @@ void refuse(const char *caller, const char *format, const char *sAddr) {
 } // namespace
 
 void *getSAddr(const char *sAddr, u8 nodeType) {
-    if (sAddr == nullptr || *sAddr == '\0')
+    if (sAddr == nullptr || *sAddr == '\0') {
         return nullptr;
+    }
     const SAddrFault fault = checkItems(sAddr);
     const MapPlace place = resolveSAddr(sAddr);
     const char *message = nullptr;
-    if (fault == SAddrFault::tooDeep)
+    if (fault == SAddrFault::tooDeep) {
         message = "saddr: \"%s\" is depper than the SADDR_DEP_MAX!";
-    else if (fault == SAddrFault::itemTooLong)
+    } else if (fault == SAddrFault::itemTooLong) {
         message = "saddr: \"%s\" is longer than the SADDR_LEN_MAX!";
-    else if (place.nodeType == TypeFailure)
+    } else if (place.nodeType == TypeFailure) {
         message = "saddr: \"%s\" item not find!";
-    else if (place.nodeType != nodeType)
+    } else if (place.nodeType != nodeType) {
         message = "saddr: \"%s\" NodeType not Match!";
+    }
     if (message != nullptr) {
         refuse("getSAddr", message, sAddr);
         return nullptr;
@@ -60,18 +64,20 @@ void *getSAddr(const char *sAddr, u8 nodeType) {
 }
 
 u8 getNodeTypeBySAddr(const char *sAddr) {
-    if (sAddr == nullptr || *sAddr == '\0')
+    if (sAddr == nullptr || *sAddr == '\0') {
         return TypeFailure;
+    }
     const SAddrFault fault = checkItems(sAddr);
     const u8 nodeType = resolveSAddr(sAddr).nodeType;
-    if (fault == SAddrFault::tooDeep)
+    if (fault == SAddrFault::tooDeep) {
         refuse("getNodeTypeBySAddr", "saddr : \"%s\" is too deep!", sAddr);
-    else if (fault == SAddrFault::itemTooLong)
+    } else if (fault == SAddrFault::itemTooLong) {
         refuse("getNodeTypeBySAddr", "saddr : \"%s\" is too long!", sAddr);
-    else if (nodeType == TypeFailure)
+    } else if (nodeType == TypeFailure) {
         refuse("getNodeTypeBySAddr", "saddr : \"%s\" does not find!", sAddr);
-    else
+    } else {
         return nodeType;
+    }
     return TypeFailure;
 }
 

@@ -9,8 +9,9 @@ namespace {
 
 template <std::size_t N> std::array<SPS *, N> numbered(MirrorPath<SPS> first) {
     std::array<SPS *, N> out{};
-    for (std::size_t i = 0; i < N; i++)
+    for (std::size_t i = 0; i < N; i++) {
         out[i] = mirrorRow<SPS>(first) + i;
+    }
     return out;
 }
 
@@ -53,8 +54,9 @@ const std::array<SPS *, 18> CHKSTAddrList = {
 void stDataInit() {
     TimeStamp now;
     getTimeStamp(&now);
-    for (u32 i = 0; i < DISTAddrList.size(); i++)
+    for (u32 i = 0; i < DISTAddrList.size(); i++) {
         setState(DISTAddrList[i], 0, regionLoad(region::DIMod, i) != 0 ? qualityInvalid : qualityGood, now);
+    }
     constexpr u32 relays = 4;
     for (u32 i = 0; i < DOSTAddrList.size(); i++) {
         const bool local = i >= relays && regionLoad(region::DOMod, i - relays) != 0;
@@ -62,15 +64,19 @@ void stDataInit() {
         storeShared(DOSTAddrList[i]->t, now);
         storeShared(DOSTAddrList[i]->q, local ? qualityInvalid : qualityGood);
     }
-    for (SPS *record : SPSTAddrList)
+    for (SPS *record : SPSTAddrList) {
         setState(record, 0, qualityGood, now);
-    for (SPS *record : LGSTAddrList)
+    }
+    for (SPS *record : LGSTAddrList) {
         setState(record, 0, qualityGood, now);
+    }
     const u32 word = regionLoad(region::checkWord);
     const TimeStamp wordTime = regionLoad(region::checkTime);
-    for (u32 i = 0; i < CHKSTAddrList.size(); i++)
-        if (CHKSTAddrList[i] != nullptr && i != checkBattery)
+    for (u32 i = 0; i < CHKSTAddrList.size(); i++) {
+        if (CHKSTAddrList[i] != nullptr && i != checkBattery) {
             setState(CHKSTAddrList[i], static_cast<u8>(word >> i & 1), qualityGood, wordTime);
+        }
+    }
 }
 
 void RDDataInit() {

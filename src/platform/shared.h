@@ -12,35 +12,35 @@ namespace ied {
 
 // Load of a word that another task may be storing.
 template <class T>
-    requires std::is_trivially_copyable_v<T>
+requires std::is_trivially_copyable_v<T>
 inline T loadShared(const T &word) {
     return std::atomic_ref<T>(const_cast<T &>(word)).load(std::memory_order_relaxed);
 }
 
 // Store of a word that another task may be loading.
 template <class T>
-    requires std::is_trivially_copyable_v<T>
+requires std::is_trivially_copyable_v<T>
 inline void storeShared(T &word, std::type_identity_t<T> value) {
     std::atomic_ref<T>(word).store(value, std::memory_order_relaxed);
 }
 
 // Load of a counter or flag behind which another task has published data.
 template <class T>
-    requires std::is_trivially_copyable_v<T>
+requires std::is_trivially_copyable_v<T>
 inline T loadPublished(const T &word) {
     return std::atomic_ref<T>(const_cast<T &>(word)).load(std::memory_order_acquire);
 }
 
 // Store of a counter or flag that publishes everything stored before it.
 template <class T>
-    requires std::is_trivially_copyable_v<T>
+requires std::is_trivially_copyable_v<T>
 inline void publish(T &word, std::type_identity_t<T> value) {
     std::atomic_ref<T>(word).store(value, std::memory_order_release);
 }
 
 // One more on a counter that a single task writes and others watch.
 template <class T>
-    requires std::is_integral_v<T>
+requires std::is_integral_v<T>
 inline void countShared(T &word) {
     storeShared(word, static_cast<T>(loadShared(word) + 1));
 }

@@ -88,8 +88,9 @@ struct TextFile {
         char name[] = "/tmp/iedModelXXXXXX";
         const int fd = ::mkstemp(name);
         path = name;
-        if (fd < 0 || ::write(fd, text.data(), text.size()) != static_cast<long>(text.size()))
+        if (fd < 0 || ::write(fd, text.data(), text.size()) != static_cast<long>(text.size())) {
             std::abort();
+        }
         ::close(fd);
         externGlbCfgInit();
         hostModelOptions.icdOnHost = true;

@@ -16,9 +16,11 @@
 namespace ied::test {
 
 inline bool isMeasured(const std::string &sAddr) {
-    for (const char *root : {"RT.", "DMD.", "MON.", "ENG."})
-        if (sAddr.rfind(root, 0) == 0)
+    for (const char *root : {"RT.", "DMD.", "MON.", "ENG."}) {
+        if (sAddr.rfind(root, 0) == 0) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -32,19 +34,22 @@ struct Instrument {
         externGlbCfgInit();
         hostModelOptions.icdOnHost = true;
         hostModelOptions.modelPool = 0x500000 * sizeof(void *) / 4;
-        if (!modelCfgInit(IED_SOURCE_DIR "/device/tffs0/ZRX418.icd"))
+        if (!modelCfgInit(IED_SOURCE_DIR "/device/tffs0/ZRX418.icd")) {
             std::abort();
+        }
         collect(lds.child);
     }
     void collect(GenNode *node) {
         for (; node != nullptr; node = node->sibling) {
-            if (node->level < LevelDO)
+            if (node->level < LevelDO) {
                 collect(node->child);
-            else if (node->level == LevelDO && node->sAddr != nullptr && isMeasured(node->sAddr)) {
-                if (node->fc == FcMX || node->fc == FcST)
+            } else if (node->level == LevelDO && node->sAddr != nullptr && isMeasured(node->sAddr)) {
+                if (node->fc == FcMX || node->fc == FcST) {
                     values[node->sAddr] = node;
-                if (node->fc == FcCF)
+                }
+                if (node->fc == FcCF) {
                     configs[node->sAddr] = node;
+                }
             }
         }
     }
@@ -62,16 +67,18 @@ inline GenNode *below(GenNode *node, const std::string &path) {
         node = childByName(node, path.substr(at, end - at).c_str());
         at = end + 1;
     }
-    if (node == nullptr)
+    if (node == nullptr) {
         ADD_FAILURE() << "the model has no " << path;
+    }
     return node;
 }
 
 // A leaf as it is read.
 struct Value {
     Value(GenNode *object, const std::string &path) {
-        if (GenNode *leaf = below(object, path))
+        if (GenNode *leaf = below(object, path)) {
             getSimpleData(&data, leaf, true);
+        }
     }
     ~Value() { FreeData(&data); }
     Value(const Value &) = delete;
@@ -79,14 +86,16 @@ struct Value {
 
     f32 number() const {
         f32 value = NAN;
-        if (data.choiceId == Data::floatingPoint)
+        if (data.choiceId == Data::floatingPoint) {
             octs2Fp(&value, data.octs);
+        }
         return value;
     }
     TimeStamp time() const {
         TimeStamp time{};
-        if (data.choiceId == Data::utcTime)
+        if (data.choiceId == Data::utcTime) {
             octs2Timestamp(&time, data.octs);
+        }
         return time;
     }
     Data data{};
@@ -104,9 +113,11 @@ inline std::vector<f32> arrayMagnitudes(GenNode *array) {
     Data data{};
     getNodeData(&data, array, &all);
     std::vector<f32> magnitudes;
-    if (data.choiceId == Data::arrayVec && data.vec->mag != nullptr)
-        for (u32 i = 0; i < data.vec->count; i++)
+    if (data.choiceId == Data::arrayVec && data.vec->mag != nullptr) {
+        for (u32 i = 0; i < data.vec->count; i++) {
             octs2Fp(&magnitudes.emplace_back(), &data.vec->mag[i]);
+        }
+    }
     FreeData(&data);
     return magnitudes;
 }

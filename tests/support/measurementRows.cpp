@@ -198,8 +198,9 @@ const std::vector<MeasObject> energyTotals = {
 
 std::vector<MeasObject> pulseObjects() {
     std::vector<MeasObject> objects;
-    for (u32 n = 1; n <= 8; n++)
+    for (u32 n = 1; n <= 8; n++) {
         objects.push_back({"PlsCnt" + std::to_string(n), {{whole, any, 16654072 + 4 * (n - 1)}}});
+    }
     return objects;
 }
 
@@ -238,26 +239,33 @@ const std::vector<MeasTable> &measurementTables() {
 }
 
 const MeasTable &measurementTable(const std::string &name) {
-    for (const MeasTable &table : measurementTables())
-        if (table.name == name)
+    for (const MeasTable &table : measurementTables()) {
+        if (table.name == name) {
             return table;
+        }
+    }
     std::abort();
 }
 
 u32 rowCount(const MeasTable &table) {
     u32 rows = 0;
-    for (const MeasObject &object : table.objects)
-        for (const MeasComponent &component : object.components)
+    for (const MeasObject &object : table.objects) {
+        for (const MeasComponent &component : object.components) {
             rows += component.angle == 0 ? 1 : 2;
+        }
+    }
     return rows;
 }
 
 std::vector<std::string> unfedObjects() {
     std::vector<std::string> names;
-    for (const auto *sets : {&demandSets, &rtStatSets})
-        for (const MeasSet &set : *sets)
-            for (const char *object : {"SeqV", "SeqA", "HHz"})
+    for (const auto *sets : {&demandSets, &rtStatSets}) {
+        for (const MeasSet &set : *sets) {
+            for (const char *object : {"SeqV", "SeqA", "HHz"}) {
                 names.push_back(set.prefix + object);
+            }
+        }
+    }
     return names;
 }
 

@@ -8,8 +8,9 @@ namespace {
 
 std::string numberHex(std::size_t value, std::size_t width) {
     std::string text;
-    for (std::size_t i = width; i-- > 0;)
+    for (std::size_t i = width; i-- > 0;) {
         text.push_back(static_cast<char>(value >> (8 * i)));
+    }
     return hex(text);
 }
 
@@ -87,26 +88,34 @@ std::string write(int invokeId, const std::string &domain, const std::string &it
 
 bool associate(RawClient &client, std::uint16_t port, Milliseconds limit) {
     connectTo(client, port, limit);
+    return associateOn(client, limit);
+}
+
+bool associateOn(RawClient &client, Milliseconds limit) {
     sendHex(client, connectionRequestHex);
-    if (receiveFrame(client, limit) != canonical(connectionConfirmHex))
+    if (receiveFrame(client, limit) != canonical(connectionConfirmHex)) {
         return false;
+    }
     sendHex(client, associateRequestHex);
-    return receiveFrame(client, limit) == canonical(associateResponseHex);
+    return receiveFrame(client, limit) == canonical(expectedAssociateResponse);
 }
 
 std::optional<std::string> mmsOf(const std::vector<std::string> &frames) {
     std::string spdu;
     for (const std::string &frame : frames) {
-        if (frame.size() < 14 || frame.substr(8, 4) != "02F0")
+        if (frame.size() < 14 || frame.substr(8, 4) != "02F0") {
             return std::nullopt;
+        }
         spdu += frame.substr(14);
     }
-    if (!spdu.starts_with("0100010061"))
+    if (!spdu.starts_with("0100010061")) {
         return std::nullopt;
+    }
     std::size_t at = contentAt(spdu, 8);
     at = contentAt(spdu, at);
-    if (spdu.substr(at, 8) != "020103A0")
+    if (spdu.substr(at, 8) != "020103A0") {
         return std::nullopt;
+    }
     return spdu.substr(contentAt(spdu, at + 6));
 }
 
@@ -114,8 +123,9 @@ std::optional<std::string> receiveMms(RawClient &client, Milliseconds limit) {
     std::vector<std::string> frames;
     do {
         std::optional<std::string> frame = receiveFrame(client, limit);
-        if (!frame)
+        if (!frame) {
             return std::nullopt;
+        }
         frames.push_back(*frame);
     } while (frames.back().size() >= 14 && frames.back().substr(12, 2) == "00");
     return mmsOf(frames);
@@ -128,8 +138,9 @@ std::optional<std::string> ask(RawClient &client, const std::string &mmsPdu, Mil
 
 bool servesHonestClient(std::uint16_t port, Milliseconds limit) {
     RawClient client;
-    if (!associate(client, port, limit))
+    if (!associate(client, port, limit)) {
         return false;
+    }
     const std::optional<std::string> answer = ask(client, confirmedRequest(1, "8200"), limit);
     return answer && answer->find(ascii("ORV")) != std::string::npos;
 }

@@ -45,6 +45,8 @@ inline constexpr const char *associateResponseHex =
     "A4 07 06 05 29 01 87 67 01 A5 03 02 01 0C BE 2F 28 2D 02 01 03 A0 28"
     "A9 26 80 03 00 FD E8 81 01 01 82 01 05 83 01 05" // initiate-Response
     "A4 16 80 01 01 81 03 05 F1 00 82 0C 03 EE 0C 00 00 04 00 00 00 48 E5 18";
+// What associate() expects; a suite whose server announces other services says so here.
+inline std::string expectedAssociateResponse = associateResponseHex;
 inline constexpr const char *concludeRequestHex = "8B 00"; // MMS PDUs
 inline constexpr const char *concludeResponseHex = "8C 00";
 inline constexpr const char *releaseRequestHex = // whole frames
@@ -65,9 +67,10 @@ std::string read(int invokeId, const std::string &domain, const std::string &ite
                  const std::string &access = "");
 std::string write(int invokeId, const std::string &domain, const std::string &item, const std::string &data);
 
-// Connects and associates; false if the answers are not those of a server with its
-// built-in settings.
+// Connects and associates; false if the answers are not those expected.
 bool associate(RawClient &client, std::uint16_t port, Milliseconds limit = generous);
+// The same on a connection that stands.
+bool associateOn(RawClient &client, Milliseconds limit = generous);
 // Sends an MMS PDU and gives the MMS PDU of the answer, as hex; nothing if none came.
 std::optional<std::string> ask(RawClient &client, const std::string &mmsPdu, Milliseconds limit = generous);
 // Next message of the server, joined from its TPDUs and stripped down to its MMS PDU.

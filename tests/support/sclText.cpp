@@ -54,17 +54,22 @@ void appendNode(std::string &out, const GenNode *node, int indent) {
     out.append(static_cast<std::size_t>(2 * indent), ' ');
     out += std::string(node->name) + " " + std::to_string(node->level) + "/" +
            std::to_string(node->nodeType) + "/" + std::to_string(node->fc);
-    if (node->trgOps != 0)
+    if (node->trgOps != 0) {
         out += " t" + std::to_string(node->trgOps);
-    if (node->origType != 0)
+    }
+    if (node->origType != 0) {
         out += " o" + std::to_string(node->origType);
-    if (node->value != nullptr)
+    }
+    if (node->value != nullptr) {
         out += std::string(" =") + node->value;
-    if (node->sAddr != nullptr)
+    }
+    if (node->sAddr != nullptr) {
         out += std::string(" @") + node->sAddr;
+    }
     out += "\n";
-    for (const GenNode *child = node->child; child != nullptr; child = child->sibling)
+    for (const GenNode *child = node->child; child != nullptr; child = child->sibling) {
         appendNode(out, child, indent + 1);
+    }
 }
 
 } // namespace
@@ -131,8 +136,9 @@ void logToStderr() {
 
 std::string treeText(const GenNode *node) {
     std::string out;
-    if (node != nullptr)
+    if (node != nullptr) {
         appendNode(out, node, 0);
+    }
     return out;
 }
 
@@ -143,8 +149,9 @@ GenNode *nodeAt(std::string_view reference) {
         const std::string_view name = reference.substr(0, end);
         reference = end == std::string_view::npos ? std::string_view() : reference.substr(end + 1);
         node = node->child;
-        while (node != nullptr && name != node->name)
+        while (node != nullptr && name != node->name) {
             node = node->sibling;
+        }
     }
     return node;
 }

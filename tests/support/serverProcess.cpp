@@ -34,11 +34,13 @@ std::string socketLink(const std::filesystem::directory_entry &entry) {
 Region::Region(std::string instanceName) : instance(std::move(instanceName)) {
     const std::string name = "/sd_commdata." + instance;
     descriptor = shm_open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    if (descriptor < 0 || flock(descriptor, LOCK_SH) != 0 || ftruncate(descriptor, regionSize) != 0)
+    if (descriptor < 0 || flock(descriptor, LOCK_SH) != 0 || ftruncate(descriptor, regionSize) != 0) {
         throw std::runtime_error("no shared region");
+    }
     void *mapping = mmap(nullptr, regionSize, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
-    if (mapping == MAP_FAILED)
+    if (mapping == MAP_FAILED) {
         throw std::runtime_error("the shared region cannot be mapped");
+    }
     base = static_cast<unsigned char *>(mapping);
 }
 
@@ -46,9 +48,11 @@ Region::~Region() {
     munmap(base, regionSize);
     close(descriptor);
     std::error_code ignored;
-    for (const auto &entry : std::filesystem::directory_iterator("/dev/shm", ignored))
-        if (entry.path().filename().string().ends_with("." + instance))
+    for (const auto &entry : std::filesystem::directory_iterator("/dev/shm", ignored)) {
+        if (entry.path().filename().string().ends_with("." + instance)) {
             std::filesystem::remove(entry.path(), ignored);
+        }
+    }
 }
 
 void raise(Region &region, std::size_t offset) {
@@ -56,20 +60,24 @@ void raise(Region &region, std::size_t offset) {
 }
 
 void announceReady(Region &region) {
-    for (std::size_t i = 0; i < armFlagCount; ++i)
+    for (std::size_t i = 0; i < armFlagCount; ++i) {
         put(region, armFlagAt + 4 * i, startCount);
-    for (std::size_t i = 0; i < dspFlagCount; ++i)
+    }
+    for (std::size_t i = 0; i < dspFlagCount; ++i) {
         put(region, dspFlagAt + 4 * i, startCount);
-    for (std::size_t offset : statisticsCountersAt)
+    }
+    for (std::size_t offset : statisticsCountersAt) {
         put(region, offset, startCount);
+    }
     put(region, readyWordAt, readyWord);
 }
 
 ServerProcess::ServerProcess(ServerOptions serverOptions)
     : options(std::move(serverOptions)), instance(uniqueName()), port(freePort()), region(instance) {
-    for (const char *folder :
-         {"/tffs0", "/bulk0/data/Wave/waveRec", "/bulk0/data/Wave/transWave", "/bulk0/data/Wave/signalVolt"})
+    for (const char *folder : {"/tffs0", "/bulk0/data/Wave/waveRec", "/bulk0/data/Wave/transWave",
+                               "/bulk0/data/Wave/signalVolt"}) {
         std::filesystem::create_directories(root.path + folder);
+    }
 }
 
 void launchServer(ServerProcess &server) {
@@ -87,16 +95,18 @@ void launchServer(ServerProcess &server) {
         arguments.push_back(setting);
     }
     arguments.insert(arguments.end(), server.options.arguments.begin(), server.options.arguments.end());
-    if (server.options.ready)
+    if (server.options.ready) {
         announceReady(server.region);
+    }
     start(server.process, arguments);
 }
 
 bool startServer(ServerProcess &server) {
     launchServer(server);
     const bool up = waitUntil([&] { return listening(server.port) || !running(server.process); });
-    if (up && running(server.process))
+    if (up && running(server.process)) {
         return true;
+    }
     std::fprintf(stderr, "the server did not come up:\n%s%s", output(server.process).c_str(),
                  errors(server.process).c_str());
     return false;
@@ -112,8 +122,9 @@ bool listening(std::uint16_t port) {
             std::istringstream fields(line);
             std::string number, local, remote, state;
             fields >> number >> local >> remote >> state;
-            if (state == "0A" && local.ends_with(wanted))
+            if (state == "0A" && local.ends_with(wanted)) {
                 return true;
+            }
         }
     }
     return false;
@@ -123,8 +134,9 @@ std::size_t descriptorCount(pid_t pid) {
     std::error_code ignored;
     std::size_t count = 0;
     for (const auto &entry :
-         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd", ignored))
+         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd", ignored)) {
         count += !entry.path().empty();
+    }
     return count;
 }
 
@@ -132,8 +144,9 @@ std::size_t socketCount(pid_t pid) {
     std::error_code ignored;
     std::size_t count = 0;
     for (const auto &entry :
-         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd", ignored))
+         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd", ignored)) {
         count += socketLink(entry).starts_with("socket:");
+    }
     return count;
 }
 

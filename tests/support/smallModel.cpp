@@ -90,8 +90,9 @@ GenNode *SmallModel::add(GenNode *parent, const char *name, u8 level, u8 type, v
     made->data = data;
     made->parent = parent;
     GenNode **end = &parent->child;
-    while (*end != nullptr)
+    while (*end != nullptr) {
         end = &(*end)->sibling;
+    }
     *end = made;
     return made;
 }
@@ -151,19 +152,22 @@ void SmallModel::buildHistogram(GenNode *ln) {
     leaf(st, "q", TypeQuality, &histogram.q);
     GenNode *cf = add(add(ln, "CF", LevelFC, TypeInner), "Hst", LevelDO, CdcHST, &histogram);
     GenNode *range = leaf(cf, "hstRangeC", TypeArray, &histogram.hstRangeC);
-    for (const char *name : {"xStart", "xEnd", "other", "yStart", "yEnd"})
+    for (const char *name : {"xStart", "xEnd", "other", "yStart", "yEnd"}) {
         leaf(range, name, TypeFloat32);
+    }
 }
 
 void SmallModel::buildLoose(GenNode *ld) {
     GenNode *ln = add(ld, "GGIO1", LevelLN, TypeInner);
     GenNode *st = add(ln, "ST", LevelFC, TypeInner);
     GenNode *all = add(st, "All", LevelDO, CdcSPS);
-    for (const TypedLeaf &typed : typedLeaves)
+    for (const TypedLeaf &typed : typedLeaves) {
         leaf(all, typed.name, typed.type, placeOf(every, typed.type));
+    }
     GenNode *none = add(st, "None", LevelDO, CdcSPS);
-    for (const TypedLeaf &typed : typedLeaves)
+    for (const TypedLeaf &typed : typedLeaves) {
         leaf(none, typed.name, typed.type);
+    }
     GenNode *single = add(st, "Ind1", LevelDO, CdcSPS, &ind);
     leaf(single, "stVal", TypeBoolean, &ind.stVal);
     leaf(single, "q", TypeQuality, &ind.q);
@@ -213,8 +217,9 @@ VariableList::VariableList(const std::vector<std::string> &references)
         const std::size_t slash = reference.find('/');
         variable->choiceId = slash == std::string::npos ? u32{VariableSpecification::invalidated}
                                                         : u32{VariableSpecification::name};
-        if (slash == std::string::npos)
+        if (slash == std::string::npos) {
             continue;
+        }
         variable->name_ = MallocOf<ObjectName>();
         objectNameFromStr(variable->name_, reference.substr(0, slash).c_str(),
                           reference.substr(slash + 1).c_str());
@@ -238,8 +243,9 @@ std::string hex(const u8 *octets, u32 length) {
 }
 
 std::string showOcts(const char *label, const AsnOcts *octs, bool asText) {
-    if (octs == nullptr || octs->octs == nullptr)
+    if (octs == nullptr || octs->octs == nullptr) {
         return "nothing";
+    }
     return std::string(label) + (asText ? std::string(reinterpret_cast<char *>(octs->octs), octs->octetLen)
                                         : hex(octs->octs, octs->octetLen));
 }
@@ -248,19 +254,22 @@ std::string showVectors(const DataArrayVec &vec) {
     std::string text = "vectors " + std::to_string(vec.count);
     for (const auto &[label, octs] : {std::pair{" mag(", vec.mag}, std::pair{" ang(", vec.ang}}) {
         text += label;
-        for (u32 i = 0; octs != nullptr && i < vec.count; ++i)
+        for (u32 i = 0; octs != nullptr && i < vec.count; ++i) {
             text += (i == 0 ? "" : ", ") + hex(octs[i].octs, octs[i].octetLen);
+        }
         text += octs == nullptr ? "-)" : ")";
     }
     return text;
 }
 
 std::string showList(const char *label, const AsnList *list) {
-    if (list == nullptr)
+    if (list == nullptr) {
         return "nothing";
+    }
     std::string text = label;
-    for (const AsnListElement *element = list->first; element != nullptr; element = element->next)
+    for (const AsnListElement *element = list->first; element != nullptr; element = element->next) {
         text += (element == list->first ? "" : ", ") + show(asnListValue<Data>(element));
+    }
     return text + ")";
 }
 
@@ -326,10 +335,11 @@ Data *heapBits(u32 bitLen, const std::string &octets) {
 Data *heapNumber(u32 kind, u32 value) {
     auto *data = MallocOf<Data>();
     data->choiceId = kind;
-    if (kind == Data::boolean)
+    if (kind == Data::boolean) {
         data->bool_ = static_cast<AsnBool>(value);
-    else
+    } else {
         data->uint_ = value;
+    }
     return data;
 }
 
@@ -337,8 +347,9 @@ Data *heapList(u32 kind, const std::vector<Data *> &members) {
     auto *data = MallocOf<Data>();
     data->choiceId = kind;
     data->list = asnListNewPtr();
-    for (Data *member : members)
+    for (Data *member : members) {
         asnListPush(data->list, member);
+    }
     return data;
 }
 

@@ -41,8 +41,9 @@ int bindFree(std::uint16_t &port) {
     sockaddr_in address = localAddress(0);
     socklen_t size = sizeof address;
     if (fd < 0 || bind(fd, reinterpret_cast<sockaddr *>(&address), size) != 0 ||
-        getsockname(fd, reinterpret_cast<sockaddr *>(&address), &size) != 0)
+        getsockname(fd, reinterpret_cast<sockaddr *>(&address), &size) != 0) {
         throw std::runtime_error("no free port");
+    }
     port = ntohs(address.sin_port);
     return fd;
 }
@@ -65,8 +66,9 @@ unsigned long unreadAtPeer(int fd) {
         fields >> number >> local >> remote >> state >> queues;
         const std::size_t colon = queues.find(':');
         if (colon != std::string::npos &&
-            local.substr(local.find(':')) + " " + remote.substr(remote.find(':') + 1) == wanted)
+            local.substr(local.find(':')) + " " + remote.substr(remote.find(':') + 1) == wanted) {
             return std::stoul(queues.substr(colon + 1), nullptr, 16);
+        }
     }
     return 0;
 }
@@ -80,14 +82,17 @@ enum class Arrival {
 // Waits for octets of the peer and appends them.
 Arrival receiveSome(RawClient &client, Milliseconds limit) {
     pollfd entry{client.socket, POLLIN, 0};
-    if (client.socket < 0)
+    if (client.socket < 0) {
         return Arrival::end;
-    if (poll(&entry, 1, static_cast<int>(limit.count())) <= 0)
+    }
+    if (poll(&entry, 1, static_cast<int>(limit.count())) <= 0) {
         return Arrival::none;
+    }
     char buffer[65536];
     const ssize_t count = recv(client.socket, buffer, sizeof buffer, 0);
-    if (count <= 0)
+    if (count <= 0) {
         return Arrival::end;
+    }
     client.pending.append(buffer, static_cast<std::size_t>(count));
     return Arrival::some;
 }
@@ -103,17 +108,21 @@ std::string octets(const std::string &text) {
     std::string out;
     int high = -1;
     for (char c : text) {
-        if (c == ' ' || c == '\n')
+        if (c == ' ' || c == '\n') {
             continue;
+        }
         const int value = digit(c);
-        if (value < 0)
+        if (value < 0) {
             throw std::runtime_error("no hex text: " + text);
-        if (high >= 0)
+        }
+        if (high >= 0) {
             out.push_back(static_cast<char>(high << 4 | value));
+        }
         high = high >= 0 ? -1 : value;
     }
-    if (high >= 0)
+    if (high >= 0) {
         throw std::runtime_error("odd hex text: " + text);
+    }
     return out;
 }
 
@@ -156,21 +165,24 @@ void connectTo(RawClient &client, std::uint16_t port, Milliseconds limit) {
     const bool connected = waitUntil(
         [&] {
             client.socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-            if (connect(client.socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0)
+            if (connect(client.socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0) {
                 return true;
+            }
             close(std::exchange(client.socket, -1));
             return false;
         },
         limit);
-    if (!connected)
+    if (!connected) {
         throw std::runtime_error("nothing listens on port " + std::to_string(port));
+    }
     const int on = 1;
     setsockopt(client.socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
 
 void disconnect(RawClient &client) {
-    if (client.socket >= 0)
+    if (client.socket >= 0) {
         close(std::exchange(client.socket, -1));
+    }
     client.pending.clear();
 }
 
@@ -184,8 +196,9 @@ bool sendOctets(RawClient &client, const std::string &text) {
     std::size_t done = 0;
     while (done < text.size()) {
         const ssize_t count = send(client.socket, text.data() + done, text.size() - done, MSG_NOSIGNAL);
-        if (count <= 0)
+        if (count <= 0) {
             return false;
+        }
         done += static_cast<std::size_t>(count);
     }
     return true;
@@ -218,8 +231,9 @@ std::optional<std::string> receiveFrame(RawClient &client, Milliseconds limit) {
             client.pending.erase(0, length);
             return hex(frame);
         }
-        if (receiveSome(client, left(deadline)) != Arrival::some)
+        if (receiveSome(client, left(deadline)) != Arrival::some) {
             return std::nullopt;
+        }
     }
 }
 
@@ -227,8 +241,9 @@ bool closedByPeer(RawClient &client, Milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     for (;;) {
         const Arrival arrival = receiveSome(client, left(deadline));
-        if (arrival != Arrival::some)
+        if (arrival != Arrival::some) {
             return arrival == Arrival::end;
+        }
     }
 }
 
@@ -243,10 +258,12 @@ ScriptedPeer::~ScriptedPeer() {
 }
 
 std::string ScriptedPeer::finish() {
-    if (thread.joinable())
+    if (thread.joinable()) {
         thread.join();
-    if (listener >= 0)
+    }
+    if (listener >= 0) {
         close(std::exchange(listener, -1));
+    }
     return fault;
 }
 

@@ -128,8 +128,9 @@ TEST_F(AddressBinding, TheFirstLeafWithAnAddressBindsTheWholeObject) {
 }
 
 TEST_F(AddressBinding, TheSameObjectSharesItsRecordUnderEveryConstraint) {
-    for (const char *fc : {"MX", "SV", "CF", "DC"})
+    for (const char *fc : {"MX", "SV", "CF", "DC"}) {
         EXPECT_EQ(dataOf("GGIO1$" + std::string(fc) + "$A"), &record<WYE>("RT.A")) << fc;
+    }
     EXPECT_EQ(dataOf("GGIO1$CF$A$phsB$units$multiplier"), &record<WYE>("RT.A").phs[PhsB].units.multiplier);
     EXPECT_EQ(dataOf("GGIO1$SG$Per$setVal"), &record<ING>("SET.sys.DmdPeriod").setVal[SetSG]);
     EXPECT_EQ(dataOf("GGIO1$SE$Per$setVal"), &record<ING>("SET.sys.DmdPeriod").setVal[SetSE]);
@@ -169,8 +170,9 @@ TEST_F(AddressBinding, ArraysHaveTheConfiguredNumberOfElements) {
     EXPECT_EQ(har.numHar, 40) << "as long as the shortest";
     EXPECT_EQ(LogLines::count("GEN", "ERR", "modelDataInit", "QLD0/GGIO1$CF$HA$numHar is big than count!"),
               1);
-    for (u16 i = 0; i < har.numHar; i++)
+    for (u16 i = 0; i < har.numHar; i++) {
         har.har[PhsB][i].ang = 1; // within its block
+    }
 }
 
 TEST_F(AddressBinding, AnArrayWithoutAddressGetsARecordOfItsOwn) {
@@ -223,15 +225,17 @@ TEST_F(AddressBinding, EveryComponentHasASubstitutionRecordOfItsOwn) {
     EXPECT_EQ(dataOf("GGIO1$SV$Ind1$subVal"), &aSubsObj[ind].subVal8);
     EXPECT_EQ(dataOf("GGIO1$SV$Ind1$subQ"), &aSubsObj[ind].subQ);
     EXPECT_EQ(dataOf("GGIO1$SV$Beh$subEna"), nullptr) << "its object has no record";
-    for (u16 i = 0; i < gCBNum.subsNum; i++)
+    for (u16 i = 0; i < gCBNum.subsNum; i++) {
         EXPECT_EQ(aSubsObj[i].clientId, clientNone);
+    }
 }
 
 TEST_F(AddressBinding, DescriptionsOfSetpointAlarmsAreFound) {
     EXPECT_EQ(setPointDesc[11].dNode, nodeOf("GGIO1$DC$Alm$d"));
     EXPECT_EQ(setPointDesc[11].dUNode, nodeOf("GGIO1$DC$Alm$dU"));
-    for (u32 i = 0; i < setPointNum; i++)
+    for (u32 i = 0; i < setPointNum; i++) {
         EXPECT_TRUE(i == 11 || (setPointDesc[i].dNode == nullptr && setPointDesc[i].dUNode == nullptr));
+    }
     DescNodes list[2] = {{"ST.SP12", nullptr, nullptr}, {}};
     EXPECT_FALSE(searchTargetDescNode(nodeOf("GGIO1$ST$Alm"), "ST.SP", list)) << "only FC DC";
     EXPECT_FALSE(searchTargetDescNode(nodeOf("GGIO1$DC$Alm"), "RT.SP", list));
@@ -281,8 +285,9 @@ TEST(AttributeTables, AttributesAreFoundByPathAndConstraintTogether) {
         {CdcRCB, "PurgeBuf", FcRP},
         {CdcHMV, "numHar", FcCF},
     };
-    for (const auto &each : absent)
+    for (const auto &each : absent) {
         EXPECT_EQ(getDAOfs(each.cdc, each.path, each.fc), -1) << each.path;
+    }
 }
 
 TEST(AttributeTables, OnlyKindsWithoutARecordHaveNoTable) {
@@ -293,16 +298,19 @@ TEST(AttributeTables, OnlyKindsWithoutARecordHaveNoTable) {
 }
 
 TEST(AttributeTables, RowsOfARecordNeitherRepeatNorOverlap) {
-    for (u8 cdc = 0; cdc < aDONum; cdc++)
-        for (u32 i = 0; i < aDOTable[cdc].count; i++)
+    for (u8 cdc = 0; cdc < aDONum; cdc++) {
+        for (u32 i = 0; i < aDOTable[cdc].count; i++) {
             for (u32 j = i + 1; j < aDOTable[cdc].count; j++) {
                 const AttrRow &a = aDOTable[cdc].rows[i], &b = aDOTable[cdc].rows[j];
                 EXPECT_FALSE(a.fc == b.fc && std::strcmp(a.path, b.path) == 0) << int{cdc} << " " << a.path;
-                if (cdc == CdcRCB || (a.fc == FcSV) != (b.fc == FcSV) || a.fc == FcSV)
+                if (cdc == CdcRCB || (a.fc == FcSV) != (b.fc == FcSV) || a.fc == FcSV) {
                     continue;
+                }
                 EXPECT_TRUE(a.offset + a.size <= b.offset || b.offset + b.size <= a.offset)
                     << int{cdc} << " " << a.path << " " << b.path;
             }
+        }
+    }
 }
 
 // ------------------------------------------------------------------------ private configuration

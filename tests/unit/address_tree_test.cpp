@@ -79,8 +79,9 @@ TEST(AddressTree, IsListedOneAddressALine) {
     testing::internal::CaptureStdout();
     sAddrPrint();
     std::string expected;
-    for (const Leaf &leaf : leaves())
+    for (const Leaf &leaf : leaves()) {
         expected += leaf.sAddr + "\n";
+    }
     EXPECT_EQ(testing::internal::GetCapturedStdout(), expected);
 }
 
@@ -96,8 +97,9 @@ class RefusedDeathTest : public testing::TestWithParam<Refused> {};
 TEST_P(RefusedDeathTest, EndsTheProcessWithItsMessage) {
     const Refused &param = GetParam();
     EXPECT_EXIT(getSAddr(param.sAddr, param.cdc), testing::ExitedWithCode(0), param.message) << param.sAddr;
-    if (param.lookUp == nullptr)
+    if (param.lookUp == nullptr) {
         return;
+    }
     EXPECT_EXIT(getNodeTypeBySAddr(param.sAddr), testing::ExitedWithCode(0), param.lookUp) << param.sAddr;
 }
 

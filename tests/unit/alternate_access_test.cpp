@@ -85,8 +85,9 @@ std::string readWith(const SmallModel &model, const char *reference, const std::
     const Access access(selections);
     GenNode *node = model.node(reference);
     AccessSel sel = {};
-    if (!searchAlterContent(&node, access.list, &sel))
+    if (!searchAlterContent(&node, access.list, &sel)) {
         return "none";
+    }
     HeapData data;
     getNodeData(&data.data, node, &sel);
     return show(&data.data);
@@ -127,15 +128,17 @@ TEST(AlternateAccess, SelectsElementsAndTheirComponents) {
         {cells,
          {range(0, 1)},
          "array(struct(float 0800000000, float 083F800000, float 0841200000, float 0841300000))"}};
-    for (const auto &[reference, selections, want] : rows)
+    for (const auto &[reference, selections, want] : rows) {
         EXPECT_EQ(readWith(model, reference, selections), want) << reference;
+    }
 }
 
 TEST(AlternateAccess, HoldsIndicesWithinTheArray) {
     const SmallModel model;
     for (const std::vector<Select> &fits :
-         {std::vector{index(4)}, {range(0, 4)}, {range(4, 0)}, {range(3, 1)}})
+         {std::vector{index(4)}, {range(0, 4)}, {range(4, 0)}, {range(3, 1)}}) {
         EXPECT_NE(readWith(model, array, fits), "none") << fits[0].first << " " << fits[0].count;
+    }
     for (const std::vector<Select> &outside : {std::vector{index(5)},
                                                {index(65535)},
                                                {index(65536)},
@@ -149,8 +152,9 @@ TEST(AlternateAccess, HoldsIndicesWithinTheArray) {
                                                {range(2, ~0U)},
                                                {range(~0U, 2)},
                                                {range(0x80000000, 0x80000000)},
-                                               {range(~0U, ~0U)}})
+                                               {range(~0U, ~0U)}}) {
         EXPECT_EQ(readWith(model, array, outside), "none") << outside[0].first << " " << outside[0].count;
+    }
     model.node("Meas/MHAI1$MX$HPhV")->data = nullptr;
     EXPECT_EQ(readWith(model, array, {index(0)}), "none") << "an array of no elements";
 }
@@ -197,8 +201,9 @@ TEST(AlternateAccess, HasOneUnnamedEntry) {
 TEST(AlternateAccess, IsFollowedToABoundedDepth) {
     SmallModel model;
     GenNode *at = model.node("Tiny/GGIO1$ST$Deep");
-    for (int i = 0; i < 50; ++i)
+    for (int i = 0; i < 50; ++i) {
         at = model.add(at, "r", LevelInner, TypeInner);
+    }
     for (const std::size_t depth : {20U, 32U, 33U, 50U}) {
         const Access access(std::vector<Select>(depth, component("r")));
         GenNode *node = model.node("Tiny/GGIO1$ST$Deep");

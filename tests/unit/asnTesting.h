@@ -41,8 +41,9 @@ i32 decodeError(void decode(GenBuf *, T *, u32 *, DecodeEnv *), std::string_view
 
 // `content` wrapped `levels` times into the tag.
 inline std::string wrapped(std::string_view tag, int levels, std::string content) {
-    for (int i = 0; i < levels; ++i)
+    for (int i = 0; i < levels; ++i) {
         content = tlv(tag, content);
+    }
     return content;
 }
 

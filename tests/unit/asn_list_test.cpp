@@ -17,10 +17,12 @@ int get(void *payload) {
 // Payloads from the first to the last, then from the last to the first.
 std::vector<int> bothWays(AsnList *list) {
     std::vector<int> values;
-    for (void *p = AsnListFirst(list); p; p = AsnListNext(list))
+    for (void *p = AsnListFirst(list); p; p = AsnListNext(list)) {
         values.push_back(get(p));
-    for (void *p = AsnListLast(list); p; p = AsnListPrev(list))
+    }
+    for (void *p = AsnListLast(list); p; p = AsnListPrev(list)) {
         values.push_back(get(p));
+    }
     return values;
 }
 
@@ -53,8 +55,9 @@ TEST(AsnList, the_cursor_starts_at_the_first_and_ends_in_nothing) {
 
 TEST(AsnList, the_successor_of_a_removed_element_becomes_the_current_one) {
     AsnList *list = AsnListNew(sizeof(int));
-    for (int i = 1; i <= 4; ++i)
+    for (int i = 1; i <= 4; ++i) {
         put(AsnListAppend(list), i);
+    }
     AsnListFirst(list);
     AsnListRemove(list);
     EXPECT_EQ(get(AsnListCurr(list)), 2);

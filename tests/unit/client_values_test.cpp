@@ -75,18 +75,21 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ClientValues, RefuseWhatIsNoEncoding) {
     std::string deep;
-    for (int i = 0; i < 60; ++i)
+    for (int i = 0; i < 60; ++i) {
         deep = ied::test::tlv("A2", deep);
+    }
     for (const std::string &data :
          {std::string("83 00"), std::string("85 00"), std::string("85 09 00 00 00 00 00 00 00 00 01"),
           std::string("84 00"), std::string("84 02 08 00"), std::string("84 01 01"),
           std::string("87 04 08 3F 80 00"), std::string("87 05 09 3F 80 00 00"), std::string("A1 02 85 01"),
-          std::string("A2 80 00 00"), std::string("8B 00"), std::string("02 01 01"), deep})
+          std::string("A2 80 00 00"), std::string("8B 00"), std::string("02 01 01"), deep}) {
         EXPECT_FALSE(valueOf(bytes(data))) << data;
+    }
     for (const std::string &type :
          {std::string("A2 02 A1 01"), std::string("A1 05 81 01 05 A2 00"), std::string("A7 00"),
-          std::string("85 04 7F FF FF FF"), std::string("A0 00")})
+          std::string("85 04 7F FF FF FF"), std::string("A0 00")}) {
         EXPECT_FALSE(typeOf(bytes(type))) << type;
+    }
 }
 
 TEST(ClientValues, TakeFromAPersonOnlyWhatFitsTheType) {
@@ -109,10 +112,11 @@ TEST(ClientValues, TakeFromAPersonOnlyWhatFitsTheType) {
         std::string why;
         const std::optional<Value> value = parseValue(row.text, *typeOf(bytes(row.type)), why);
         ASSERT_EQ(value.has_value(), row.data != nullptr) << row.type << " " << row.text;
-        if (value)
+        if (value) {
             EXPECT_EQ(hexOf(encodeValue(*value)), canonical(row.data)) << row.text;
-        else
+        } else {
             EXPECT_NE(why, "");
+        }
     }
 }
 

@@ -27,8 +27,9 @@ const std::string reportHex = "A3 0A A0 08 A1 02 80 00 A0 02 83 00"; // an uncon
 
 // A conversation with the association in front; the result of an identify.
 std::optional<Identity> identifyOver(Connection &connection, std::uint16_t port) {
-    if (!connect(connection, "127.0.0.1", port))
+    if (!connect(connection, "127.0.0.1", port)) {
         return std::nullopt;
+    }
     const std::optional<Element> answer = request(connection, identifyRequest());
     return answer ? identifyResponse(*answer) : std::nullopt;
 }
@@ -37,8 +38,9 @@ std::optional<Identity> identifyOver(Connection &connection, std::uint16_t port)
 std::string inSmallFrames(const std::string &mmsPdu) {
     const std::string spdu = dataFrame(mmsPdu).substr(14);
     std::string frames;
-    for (std::size_t at = 0; at < spdu.size(); at += 6)
+    for (std::size_t at = 0; at < spdu.size(); at += 6) {
         frames += tpkt((at + 6 < spdu.size() ? "02F000" : "02F080") + spdu.substr(at, 6));
+    }
     return frames;
 }
 

@@ -109,8 +109,9 @@ TEST(ComplexData, CopiesStandOnTheirOwn) {
         getNodeData(&source.data, node, &wholeArrays);
         copyDataNew(&copy.data, &source.data, node);
         EXPECT_EQ(show(&copy.data), show(&source.data));
-        if (reference == std::string("Meas/MHAI1")) // keeps elements of an array that a Read shows empty
+        if (reference == std::string("Meas/MHAI1")) { // keeps elements of an array that a Read shows empty
             continue;
+        }
         // Into memory that was made for the node, as a report keeps it.
         MemoryPool pool = {};
         mpAlloc(100000, &pool);
@@ -135,8 +136,9 @@ TEST(ComplexData, AStuckLockIsWaitedForAndReported) {
         EXPECT_EQ(read(model.node("Tiny/GGIO1$ST$Ind1$stVal")), "bool 1");
         done = true;
     });
-    while (log.count("MOD", "ERR", "getNodeData", "Fail to take semModelData R!") == 0)
+    while (log.count("MOD", "ERR", "getNodeData", "Fail to take semModelData R!") == 0) {
         std::this_thread::yield();
+    }
     EXPECT_FALSE(done);
     semGive(semModelData);
     reader.join();
@@ -165,8 +167,9 @@ TEST(ComplexData, ReadersAndTheRefreshShareEveryPlace) {
     Data kept = {};
     allocNodeDataInMp(&kept, model.node("Meas/MHAI1$MX$HPhV"), &pool);
     for (int i = 0; i < 300; ++i) {
-        for (const char *reference : {"Tiny/GGIO1$ST", "Meas/MHAI1", "Meas/MSTA1"})
+        for (const char *reference : {"Tiny/GGIO1$ST", "Meas/MHAI1", "Meas/MSTA1"}) {
             EXPECT_FALSE(read(model.node(reference)).empty());
+        }
         copyNodeData(&kept, model.node("Meas/MHAI1$MX$HPhV"));
     }
     stop = true;
@@ -188,8 +191,9 @@ Data *structure(const std::vector<Data *> &members) {
 Data *number(f32 value) {
     const auto bits = std::bit_cast<u32>(value);
     std::string octets = "\x08";
-    for (int shift = 24; shift >= 0; shift -= 8)
+    for (int shift = 24; shift >= 0; shift -= 8) {
         octets += static_cast<char>(bits >> shift);
+    }
     return heapData(Data::floatingPoint, octets);
 }
 
@@ -267,8 +271,9 @@ TEST(SettingRange, WholeNumbersKeepRangeAndStep) {
         return passed;
     };
     for (const auto &[value, want] :
-         {std::pair{4, true}, {0, true}, {10, true}, {5, false}, {12, false}, {-2, false}})
+         {std::pair{4, true}, {0, true}, {10, true}, {5, false}, {12, false}, {-2, false}}) {
         EXPECT_EQ(passes(value), want) << value;
+    }
     {
         const LogLines log;
         EXPECT_FALSE(passes(13));
@@ -305,8 +310,9 @@ TEST(SettingRange, FloatsKeepRangeAndStep) {
                                       {-0.5F, false},
                                       {nan, false},
                                       {infinity, false},
-                                      {-3.0e38F, false}})
+                                      {-3.0e38F, false}}) {
         EXPECT_EQ(passes(value), want) << value;
+    }
     {
         const LogLines log;
         EXPECT_FALSE(passes(101.25F));

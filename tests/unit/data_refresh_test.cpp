@@ -29,8 +29,9 @@ class DataRefresh : public testing::Test {
         semMonitor = semBCreate(semQPriority, semEmpty);
         semRefresh = semBCreate(semQPriority, semFull);
         dataMapInit();
-        for (u32 i = 2; i < 94; i++)
+        for (u32 i = 2; i < 94; i++) {
             device.put<u32>(armFlagAt + 4 * i, 1);
+        }
         device.put<u32>(dspFlagAt + 4 * 17, 1);
         device.put<u32>(dspFlagAt + 4 * 18, 1);
         refreshStateInit(&state);
@@ -38,8 +39,9 @@ class DataRefresh : public testing::Test {
     ~DataRefresh() override {
         semDelete(semMonitor);
         semDelete(semRefresh);
-        for (auto &map : paraMapAddr)
+        for (auto &map : paraMapAddr) {
             map = {};
+        }
     }
     void raise(u32 offset) { device.put(offset, device.get<u32>(offset) + 1); }
     // One cycle; whether it woke the monitor.
@@ -144,20 +146,24 @@ TEST_F(DataRefresh, EachCounterBringsUpItsOwnGroupOfParameters) {
         {12, "SET.EngBill.var1", 7958},
     };
     std::vector<ParaMap> maps;
-    for (const GroupProbe &probe : probes)
+    for (const GroupProbe &probe : probes) {
         maps.push_back({CdcING, ParaU16, reinterpret_cast<u8 *>(&record<ING>(probe.sAddr)), field, 0, 0});
-    for (std::size_t i = 0; i < maps.size(); i++)
+    }
+    for (std::size_t i = 0; i < maps.size(); i++) {
         paraMapAddr[probes[i].group] = {&maps[i], 1};
+    }
     for (const GroupProbe &raised : probes) {
-        for (const GroupProbe &probe : probes)
+        for (const GroupProbe &probe : probes) {
             record<ING>(probe.sAddr).setVal[SetSG] = 0;
+        }
         device.put<u16>(field, 77);
         state.feedCount = 0; // no reading of the base parameters on the way
         raise(raised.counter);
         cycle();
-        for (const GroupProbe &probe : probes)
+        for (const GroupProbe &probe : probes) {
             EXPECT_EQ(record<ING>(probe.sAddr).setVal[SetSG], probe.group == raised.group ? 77 : 0)
                 << probe.sAddr << " after the counter of " << raised.sAddr;
+        }
     }
 }
 
@@ -177,26 +183,33 @@ TEST_F(DataRefresh, CountersBringUpWhatHangsOnTheirParameters) {
         raise(counter);
         cycle();
         std::string out;
-        if (record<INS>("MICS.RtdCurr").stVal != ampere)
+        if (record<INS>("MICS.RtdCurr").stVal != ampere) {
             out += "current ";
-        if (record<CtlObj>("CTL.DO1").q == qualityInvalid)
+        }
+        if (record<CtlObj>("CTL.DO1").q == qualityInvalid) {
             out += "DO ";
-        if (record<SPS>("ST.DI1").q == qualityInvalid)
+        }
+        if (record<SPS>("ST.DI1").q == qualityInvalid) {
             out += "DI ";
-        if (record<ASG>("SET.setpoint1.OvStrVar").units.SIUnit == 62)
+        }
+        if (record<ASG>("SET.setpoint1.OvStrVar").units.SIUnit == 62) {
             out += "setpoint ";
-        if (record<INS>("MICS.RtdVolt").stVal == 200 + code)
+        }
+        if (record<INS>("MICS.RtdVolt").stVal == 200 + code) {
             out += "voltage ";
-        for (const u32 offset : {890U, 826U, 5230U})
+        }
+        for (const u32 offset : {890U, 826U, 5230U}) {
             device.put<u16>(offset, 0);
+        }
         return out;
     };
     const std::pair<u32, const char *> expected[] = {{arm(81), "current "},  {arm(1), "setpoint voltage "},
                                                      {arm(4), "DI "},        {arm(2), "DO "},
                                                      {arm(60), "setpoint "}, {arm(3), ""},
                                                      {arm(13), ""},          {arm(73), ""}};
-    for (const auto &[counter, what] : expected)
+    for (const auto &[counter, what] : expected) {
         EXPECT_EQ(follows(counter), what) << counter;
+    }
 }
 
 TEST_F(DataRefresh, EachCounterBringsUpItsOwnMeasurements) {
@@ -222,13 +235,15 @@ TEST_F(DataRefresh, EachCounterBringsUpItsOwnMeasurements) {
     };
     for (const auto &raised : blocks) {
         std::vector<u32> before;
-        for (const auto &block : blocks)
+        for (const auto &block : blocks) {
             before.push_back(updates(block));
+        }
         raise(raised.counter);
         cycle();
-        for (std::size_t i = 0; i < std::size(blocks); i++)
+        for (std::size_t i = 0; i < std::size(blocks); i++) {
             EXPECT_EQ(updates(blocks[i]) != before[i], blocks[i].counter == raised.counter)
                 << blocks[i].sAddr << " after the counter of " << raised.sAddr;
+        }
     }
     device.put<u16>(826, 1);
     device.put<u32>(16654072, 5);
@@ -238,8 +253,9 @@ TEST_F(DataRefresh, EachCounterBringsUpItsOwnMeasurements) {
 }
 
 TEST_F(DataRefresh, CountersThatNobodyWatchesDoNothing) {
-    for (const u32 offset : {arm(0), arm(7), arm(16), arm(82), arm(93), dsp(0), dsp(2), dsp(59), 7932U})
+    for (const u32 offset : {arm(0), arm(7), arm(16), arm(82), arm(93), dsp(0), dsp(2), dsp(59), 7932U}) {
         raise(offset);
+    }
     EXPECT_FALSE(cycle());
 }
 
@@ -313,10 +329,12 @@ TEST_F(DataRefresh, TheFirstFillingShowsEverythingButDemand) {
 
 TEST_F(DataRefresh, ACycleWithEverythingChangedAllocatesNothing) {
     cycle();
-    for (u32 i = 0; i < 94; i++)
+    for (u32 i = 0; i < 94; i++) {
         raise(arm(i));
-    for (u32 i = 0; i < 60; i++)
+    }
+    for (u32 i = 0; i < 60; i++) {
         raise(dsp(i));
+    }
     raise(37549832);
     raise(37549836);
     raise(7956);
@@ -335,8 +353,9 @@ void (*heldSleep)(u64);
 int waits;
 void lateInstrument(u64 deadline) {
     heldSleep(deadline);
-    if (++waits == 3)
+    if (++waits == 3) {
         regionStore(region::ready, region::readyValue);
+    }
 }
 
 // Ends with status 0 when the start waited three half seconds and left a running task.
@@ -364,8 +383,9 @@ TEST(DataRefreshDeathTest, TheStartWaitsForTheInstrumentAndSaysSoOnce) {
 [[gnu::noinline]] void *operator new(std::size_t size) {
     allocations++;
     void *block = std::malloc(size);
-    if (block == nullptr)
+    if (block == nullptr) {
         throw std::bad_alloc();
+    }
     return block;
 }
 [[gnu::noinline]] void operator delete(void *block) noexcept {

@@ -39,8 +39,9 @@ struct DataSetModel : SmallModel {
     ~DataSetModel() {
         for (GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling) {
             auto *list = static_cast<AsnList *>(ld->data);
-            for (AsnListElement *e = list == nullptr ? nullptr : list->first; e != nullptr; e = e->next)
+            for (AsnListElement *e = list == nullptr ? nullptr : list->first; e != nullptr; e = e->next) {
                 freeDataSet(asnListValue<DataSet>(e));
+            }
             AsnListFree(list);
         }
         initListHead(&PreDefDsHead);
@@ -193,8 +194,9 @@ TEST(DataSets, OnlyUnheldDynamicOnesAreDeleted) {
     listAddTail(&fixed.entry.link, &PreDefDsHead);
     ASSERT_TRUE(initPreDefDS());
     const VariableList members({"Tiny/GGIO1$ST$All", "Meas/MHAI1$MX$HPhV"});
-    for (const char *item : {"LLN0$a", "LLN0$held", "LLN0$b"})
+    for (const char *item : {"LLN0$a", "LLN0$held", "LLN0$b"}) {
         ASSERT_TRUE(createDynDs(Name("Tiny", item), members.list));
+    }
     DataSet *held = nullptr;
     ASSERT_TRUE(searchDsByStr("Tiny/LLN0$held", &held));
     held->refCount = 1;
@@ -241,8 +243,9 @@ TEST(DataSets, AListDeletedByOneClientIsNeverFreedUnderAnothersHands) {
         }
     };
     std::thread clients[] = {std::thread(client, 0), std::thread(client, 1), std::thread(client, 2)};
-    for (std::thread &thread : clients)
+    for (std::thread &thread : clients) {
         thread.join();
+    }
     EXPECT_EQ(getTotalDSNum(), 0U);
 }
 

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -253,6 +254,43 @@ TEST_F(DebugLog, AFileThatCannotBeMadeEndsTheProcessAfterThreeRounds) {
                 "^" + round + round + round +
                     "caller: retry times out!\n"
                     "error record 513, src/basicInterface/commonInterface:1424: IEC61850 error!\n$");
+}
+
+TEST_F(DebugLog, AFullDiskLosesLinesOfTheFileAndNothingElse) {
+    externGlbCfg.dbDest = DBINFO_DST_BOTH;
+    EXPECT_EQ(inChild([] {
+                  if (std::freopen("/dev/null", "w", stdout) == nullptr || debugInfoInit() != 0)
+                      _exit(1);
+                  fileOps.open = [](const char *, int, unsigned) {
+                      return ::open("/dev/full", O_RDWR | O_CLOEXEC);
+                  };
+                  for (int i = 0; i < 20000; i++) { // more than any buffer holds, flushed and not
+                      dbInfo(DbOTH, i % 2 == 0 ? DbCRI : DbINF, "f", "line %d", i);
+                  }
+                  dbInfoRaw("%s", "raw");
+                  processExit(7); // the flush at the end fails likewise
+              }),
+              7);
+    EXPECT_EQ(file(), "");
+}
+
+TEST_F(DebugLog, AFileThatOpensNoMoreKeepsTheConsole) {
+    externGlbCfg.dbDest = DBINFO_DST_BOTH;
+    EXPECT_EQ(inChild([this] {
+                  const std::string console = folder.path + "/console";
+                  if (std::freopen(console.c_str(), "w", stdout) == nullptr || debugInfoInit() != 0)
+                      _exit(1);
+                  fileOps.open = [](const char *, int, unsigned) {
+                      errno = ENOSPC;
+                      return -1;
+                  };
+                  dbInfo(DbOTH, DbCRI, "f", "first");
+                  dbInfo(DbOTH, DbCRI, "f", "second");
+                  processExit(7);
+              }),
+              7);
+    EXPECT_NE(file("console").find("[first]"), std::string::npos);
+    EXPECT_NE(file("console").find("[second]"), std::string::npos);
 }
 
 // ----------------------------------------------------------------------------------- the stop

@@ -4,7 +4,9 @@
 #include "model-gen/c/sclFault.h"
 #include "tests/support/sclText.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -119,8 +121,9 @@ struct Record {
 
 std::string numbers(const ListHead &head) {
     std::string out;
-    for (const Record &record : records<&Record::link>(head))
+    for (const Record &record : records<&Record::link>(head)) {
         out += std::to_string(record.number);
+    }
     return out;
 }
 
@@ -163,15 +166,17 @@ TEST(DocumentTreeDeath, AFaultEndsTheProcessWithItsLineWhateverTheLogsDestinatio
         },
         ended, "Parse error at line 2:\r\nInput/output error\r\n.*" + where + "the file cannot be read");
     std::string nested = "<SCL>\n";
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         nested += "<SDI>";
+    }
     EXPECT_EXIT(session.parseText(nested), ended,
                 where + "element \"SDI\" is nested deeper than 64 elements");
     std::string bomb = "<!DOCTYPE SCL [<!ENTITY e0 \"ha\">";
-    for (int i = 1; i < 20; ++i)
+    for (int i = 1; i < 20; ++i) {
         bomb += "<!ENTITY e" + std::to_string(i) + " \"&e" + std::to_string(i - 1) + ";&e" +
                 std::to_string(i - 1) + ";&e" + std::to_string(i - 1) + ";&e" + std::to_string(i - 1) +
                 ";\">";
+    }
     EXPECT_EXIT(session.parseText(bomb + "]><SCL>&e19;</SCL>"), ended,
                 "Parse error at line 1:\r\n.*amplification");
 }
@@ -186,20 +191,26 @@ TEST(DocumentTreeDeath, AFileThatCannotBeOpenedIsNamed) {
         "^Open file /no/such/file.icd failed!\r\n.*/no/such/file.icd: cannot be opened: No such file");
 }
 
-// Runs `run` in a process of its own; true if it came back or ended the process as a fault of the
-// file does, false for a signal or the finding of a sanitizer.
-template <class Run> bool endsOrderly(Run run) {
+// Runs `run` in a process of its own: 0 if it came back, 255 if it ended the process as a fault of the
+// file does, else the finding of a sanitizer, or -1 for a signal.
+template <class Run> int endOf(Run run) {
     const pid_t child = fork();
     if (child == 0) {
-        if (std::freopen("/dev/null", "w", stderr) == nullptr)
+        if (std::freopen("/dev/null", "w", stderr) == nullptr) {
             _exit(1);
+        }
         alarm(60);
         run();
         _exit(0);
     }
     int status = 0;
     waitpid(child, &status, 0);
-    return WIFEXITED(status) && (WEXITSTATUS(status) == 0 || WEXITSTATUS(status) == 255);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+template <class Run> bool endsOrderly(Run run) {
+    const int end = endOf(run);
+    return end == 0 || end == 255;
 }
 
 TEST(DocumentTreeDeath, AFileCutAtAnyOctetAndFilesOfHugePartsAreAModelOrAnEnd) {
@@ -208,20 +219,37 @@ TEST(DocumentTreeDeath, AFileCutAtAnyOctetAndFilesOfHugePartsAreAModelOrAnEnd) {
                     "<LNodeType id=\"T0\" lnClass=\"LLN0\"><DO name=\"Mod\" type=\"M\"/></LNodeType>"
                     "<DOType id=\"M\" cdc=\"INC\"><DA name=\"stVal\" fc=\"ST\" bType=\"INT32\"/></DOType>");
     std::size_t cut = 0;
-    for (; cut <= whole.size(); cut += cut < 40 ? 1 : 5)
+    for (; cut <= whole.size(); cut += cut < 40 ? 1 : 5) {
         ASSERT_TRUE(endsOrderly([&] { SclSession().build(whole.substr(0, cut)); })) << cut;
+    }
     const std::string huge(1000000, 'x');
     std::string lines;
-    for (int i = 0; i < 400000; ++i)
+    for (int i = 0; i < 400000; ++i) {
         lines += "line\n";
+    }
     const std::string files[] = {
         sclDocument(sclDevice("<DOI name=\"" + huge + "\"/>", huge), ""),
         sclDocument(sclDevice("<DOI name=\"a\"><DAI name=\"b\"><Val>" + lines + "</Val></DAI></DOI>"), ""),
         "<" + huge + "/>",
         "<!DOCTYPE SCL SYSTEM \"file:///etc/passwd\" [<!ENTITY x SYSTEM \"/etc/passwd\">]><SCL>&x;</SCL>",
     };
-    for (const std::string &file : files)
+    for (const std::string &file : files) {
         EXPECT_TRUE(endsOrderly([&] { SclSession().build(file, 0x800000); })) << file.substr(0, 60);
+    }
+}
+
+TEST(DocumentTreeDeath, TheInstrumentsFileCutAnywhereIsAnEnd) {
+    std::ifstream stream(IED_SOURCE_DIR "/device/tffs0/ZRX418.icd", std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(stream), {}};
+    ASSERT_GT(whole.size(), 100000U);
+    constexpr u32 pool = 0x500000 * sizeof(void *) / 4;
+    constexpr std::size_t step = 19997; // falls on tags, names, values and blanks alike
+    EXPECT_EQ(endOf([&] { SclSession().build(whole, pool); }), 0);
+    for (std::size_t cut = 1; cut < whole.size(); cut += step)
+        ASSERT_EQ(endOf([&] { SclSession().build(whole.substr(0, cut), pool); }), 255) << cut;
+    for (std::size_t rest = 1; rest < 60; ++rest) // at the closing tags, where all else is read
+        ASSERT_EQ(endOf([&] { SclSession().build(whole.substr(0, whole.size() - rest), pool); }), 255)
+            << rest;
 }
 
 } // namespace

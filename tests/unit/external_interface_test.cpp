@@ -61,8 +61,9 @@ TEST_F(ExternalInterface, ACommandIsFiveWordsOnTheQueue) {
 TEST_F(ExternalInterface, AFullQueueLosesTheCommandWithAMessage) {
     ASSERT_TRUE(sysInit());
     const LogLines log;
-    for (u32 i = 0; i < 80; i++)
+    for (u32 i = 0; i < 80; i++) {
         sendManageMsg(1, 0, i, 37);
+    }
     EXPECT_TRUE(LogLines::lines().empty());
     sendManageMsg(1, 85, 0, 0);
     EXPECT_EQ(LogLines::count("OTH", "ERR", "sendManageMsg",

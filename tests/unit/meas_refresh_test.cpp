@@ -24,8 +24,9 @@ class MeasRefresh : public testing::Test {
     void setWiring(u16 mode) { device.put<u16>(700, mode); }
     // A model's array of `count` elements, all 7 in magnitude and angle.
     static void giveArray(HWYE &har, WyePhase phase, Vector *elements, u16 count) {
-        for (u16 i = 0; i < count; i++)
+        for (u16 i = 0; i < count; i++) {
             elements[i] = {7, 7};
+        }
         har.har[phase] = elements;
         har.numHar = count;
     }
@@ -202,11 +203,13 @@ TEST_F(MeasRefresh, HarmonicsFillTheArraysThatTheModelShows) {
 TEST_F(MeasRefresh, TheLastInactiveArrayOfARecordClosesIt) {
     HWYE &har = record<HWYE>("RT.HPPVArr");
     Vector arrays[3][4];
-    for (u32 i = 0; i < 3; i++)
+    for (u32 i = 0; i < 3; i++) {
         giveArray(har, static_cast<WyePhase>(i), arrays[i], 4);
+    }
     refreshRtHarm(RefreshAll);
-    for (const auto &array : arrays)
+    for (const auto &array : arrays) {
         EXPECT_EQ(array[3].mag, 0);
+    }
     expectStamp(har.q, har.t, qualityInvalid, now, "header");
     EXPECT_EQ(har.updateCount, 3U);
     arrays[0][0].mag = 7;
@@ -223,8 +226,9 @@ TEST_F(MeasRefresh, DemandFillsThreeSetsAndArraysFromTheSecondHarmonicOn) {
     giveArray(record<HWYE>("DMD.max.HAArr"), PhsB, max, 5);
     for (u32 set = 0; set < 3; set++) {
         device.put<f32>(16647392 + 4 * set, static_cast<f32>(50 + set));
-        for (u32 i = 0; i < 3; i++)
+        for (u32 i = 0; i < 3; i++) {
             device.put<f32>(16647896 + 4 * set + 96 * i, static_cast<f32>(10 * set + i + 2));
+        }
     }
     EXPECT_EQ(refreshRtDemand(RefreshAll), 1);
     EXPECT_EQ(record<MV>("DMD.avg.Hz").mag, 50);
@@ -286,12 +290,13 @@ TEST_F(MeasRefresh, EnergyIsInThousandsWhateverTheFileSays) {
 
 TEST_F(MeasRefresh, AnExtremeHasTheMomentAtWhichItHappened) {
     const u32 now21 = 37310888, step[2][2] = {{0, 640}, {1472, 2112}};
-    for (u32 month = 0; month < 2; month++)
+    for (u32 month = 0; month < 2; month++) {
         for (u32 least = 0; least < 2; least++) {
             const u32 at = now21 + step[month][least];
             device.put<f32>(at, static_cast<f32>(100 + 10 * month + least));
             device.putTime(at + 4, 1000 + 10 * month + least, 5, 10);
         }
+    }
     device.put<f32>(37312168 + 1472, 77);
     device.putTime(37312168 + 1472 + 4, 2000, 6, 10);
     EXPECT_EQ(refreshStatData(0, RefreshAll), 1);
@@ -299,20 +304,22 @@ TEST_F(MeasRefresh, AnExtremeHasTheMomentAtWhichItHappened) {
     EXPECT_EQ(refreshStatData(1, RefreshAll), 1);
     const char *names[2][2] = {{"MON.rt.now.max.PhV", "MON.rt.now.min.PhV"},
                                {"MON.rt.last.max.PhV", "MON.rt.last.min.PhV"}};
-    for (u32 month = 0; month < 2; month++)
+    for (u32 month = 0; month < 2; month++) {
         for (u32 least = 0; least < 2; least++) {
             const CMV &phase = record<WYE>(names[month][least]).phs[PhsA];
             EXPECT_EQ(phase.cVal.mag, static_cast<f32>(100 + 10 * month + least));
             expectStamp(phase.q, phase.t, qualityGood, {1000 + 10 * month + least, 5, 10},
                         names[month][least]);
         }
+    }
     expectStamp(record<MV>("MON.dmd.last.max.TotW").q, record<MV>("MON.dmd.last.max.TotW").t, qualityGood,
                 {2000, 6, 10}, "demand");
     for (const u16 mode : {u16{0}, u16{1}, u16{2}, u16{3}}) {
         setWiring(mode);
         refreshStatData(0, RefreshAll);
-        for (const char *name : {"MON.rt.now.max.ThdPhV", "MON.rt.now.max.ThdA", "MON.dmd.now.max.A"})
+        for (const char *name : {"MON.rt.now.max.ThdPhV", "MON.rt.now.max.ThdA", "MON.dmd.now.max.A"}) {
             EXPECT_EQ(record<WYE>(name).phs[PhsNeut].q, qualityInvalid) << name << " in mode " << mode;
+        }
     }
 }
 
@@ -337,7 +344,7 @@ TEST_F(MeasRefresh, AFaultyRowEndsItsTableWithAMessage) {
         {{ProtoCMV, 3, place, 0, comdata, wye, 10, place}, "No Such angtype in T!", 0, 0},
         {{ProtoArray, 0, array, 0, comdata, wye, 10, header}, "T: entry model_arr_vec fcdtype error", 0, 1},
     };
-    for (const Faulty &each : cases)
+    for (const Faulty &each : cases) {
         for (const u16 wiring : {u16{wye}, u16{delta}}) {
             const LogLines log;
             const MeasRow rows[] = {each.row, good};
@@ -355,6 +362,7 @@ TEST_F(MeasRefresh, AFaultyRowEndsItsTableWithAMessage) {
             pass.arrays = pass.values = false;
             EXPECT_EQ(walkMeasTable({&good, 1}, pass), 0) << "a table of components only";
         }
+    }
     const LogLines log;
     EXPECT_EQ(walkPulseTable({&good, 1}, RefreshAll), 0);
     EXPECT_EQ(walkEnergyTable({&good, 1}, RefreshAll), 0);

@@ -49,9 +49,11 @@ INSTANTIATE_TEST_SUITE_P(
 // The only rows of a table whose source is at that octet, in order.
 std::vector<MeasRow> rowsAt(const char *table, u32 offset) {
     std::vector<MeasRow> out;
-    for (const MeasRow &row : measTable(table))
-        if (row.srcOffset == offset)
+    for (const MeasRow &row : measTable(table)) {
+        if (row.srcOffset == offset) {
             out.push_back(row);
+        }
+    }
     return out;
 }
 
@@ -115,9 +117,11 @@ TEST(MeasTables, RelocationPointsEveryRowIntoTheRegion) {
     test::DeviceState device;
     EXPECT_EQ(dataMapInit(), 1);
     EXPECT_EQ(dataMapInit(), 1) << "a second time as the first";
-    for (const char *table : {"basicMeasTable", "demandStatTable"})
-        for (const MeasRow &row : measTable(table))
+    for (const char *table : {"basicMeasTable", "demandStatTable"}) {
+        for (const MeasRow &row : measTable(table)) {
             EXPECT_EQ(row.srcAddr, comdata + row.srcOffset);
+        }
+    }
     EXPECT_TRUE(measTable("noTable").empty());
 }
 

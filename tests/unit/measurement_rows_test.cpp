@@ -34,8 +34,9 @@ TimeStamp timeOf(u32 place, u16 mode) {
 
 // Makes inputs count pulses, and the others show their state.
 void setInputModes(const std::function<bool(u32)> &countsPulses) {
-    for (u32 i = 0; i < 8; i++)
+    for (u32 i = 0; i < 8; i++) {
         instrument().device.put<u16>(inputModeAt + 8 * i, countsPulses(i) ? 1 : 0);
+    }
 }
 
 // One refresh of the instrument and how its sources lie.
@@ -84,8 +85,9 @@ f32 scaled(f32 value, GenNode *config, const std::string &component) {
     const GenNode *leaf = below(config, join(component, "units.multiplier"));
     const int multiplier = leaf == nullptr || leaf->value == nullptr ? 0 : std::atoi(leaf->value);
     f32 factor = 1;
-    for (int i = 0; i < std::abs(multiplier); i++)
+    for (int i = 0; i < std::abs(multiplier); i++) {
         factor *= 10;
+    }
     return multiplier < 0 ? value * factor : value / factor;
 }
 
@@ -93,10 +95,13 @@ class MeasurementRows : public testing::TestWithParam<Refresh> {
   protected:
     using Visit = std::function<void(const std::string &sAddr, const MeasComponent &, u32 shift)>;
     void eachComponent(const Visit &visit) const {
-        for (const MeasSet &set : table.sets)
-            for (const MeasObject &object : table.objects)
-                for (const MeasComponent &component : object.components)
+        for (const MeasSet &set : table.sets) {
+            for (const MeasObject &object : table.objects) {
+                for (const MeasComponent &component : object.components) {
                     visit(set.prefix + object.name, component, set.shift);
+                }
+            }
+        }
     }
 
     // Fills every source of the table.
@@ -107,28 +112,35 @@ class MeasurementRows : public testing::TestWithParam<Refresh> {
         eachComponent([&](const std::string &sAddr, const MeasComponent &component, u32 shift) {
             const u32 source = component.source + shift;
             const u8 cdc = instrument().values.at(sAddr)->nodeType;
-            if (cdc == CdcBCR)
+            if (cdc == CdcBCR) {
                 device.put(source, countAt(source, mode));
-            else
+            } else {
                 device.put(source, valueAt(source, mode));
-            if (cdc == CdcHWYE || cdc == CdcHDEL)
-                for (u32 i = 0; i < elements; i++)
+            }
+            if (cdc == CdcHWYE || cdc == CdcHDEL) {
+                for (u32 i = 0; i < elements; i++) {
                     device.put(source + GetParam().stride * i, valueAt(source + GetParam().stride * i, mode));
-            if (component.angle != 0)
+                }
+            }
+            if (component.angle != 0) {
                 device.put(component.angle + shift, angleAt(component.angle + shift, mode));
-            if (GetParam().timeAt == 0)
+            }
+            if (GetParam().timeAt == 0) {
                 putTime(source + 4, mode);
+            }
         });
     }
     static void putTime(u32 at, u16 mode) {
         const TimeStamp time = timeOf(at, mode);
-        if (at != 0)
+        if (at != 0) {
             instrument().device.putTime(at, time.sec, time.ms, time.tq);
+        }
     }
 
     void expectRow(const std::string &sAddr, const MeasComponent &component, u32 shift, u16 mode) const {
-        if (component.wiring == RowWiring::never)
+        if (component.wiring == RowWiring::never) {
             return expectHidden(sAddr, component);
+        }
         const u32 source = component.source + shift;
         GenNode *object = instrument().values.at(sAddr);
         const bool shown = isShown(component.wiring, mode);
@@ -154,11 +166,13 @@ class MeasurementRows : public testing::TestWithParam<Refresh> {
             EXPECT_EQ(Value(object, join(component.name, "cVal.ang.f")).number(),
                       static_cast<f32>(hundredths / 100.0));
         }
-        if (!shown)
+        if (!shown) {
             return expectInvalid(object, stamped);
+        }
         TimeStamp time = timeOf(GetParam().timeAt != 0 ? GetParam().timeAt : source + 4, mode);
-        if (!GetParam().hasMs)
+        if (!GetParam().hasMs) {
             time.ms = 0;
+        }
         expectGood(object, stamped, time);
     }
     // The file leaves out what no wiring shows; its record stays invalid.
@@ -173,10 +187,11 @@ class MeasurementRows : public testing::TestWithParam<Refresh> {
         const std::vector<f32> magnitudes = arrayMagnitudes(array);
         ASSERT_EQ(magnitudes.size(), elements);
         const u32 first = GetParam().firstElement;
-        for (u32 i = 0; i < elements; i++)
+        for (u32 i = 0; i < elements; i++) {
             EXPECT_EQ(magnitudes[i],
                       shown && i >= first ? valueAt(source + GetParam().stride * (i - first), mode) : 0)
                 << "element " << i;
+        }
     }
 
     static constexpr u32 elements = 64; // of an array, as the ICD says
@@ -209,17 +224,20 @@ u32 pulseCount(u32 input) {
 TEST(MeasurementModel, APulseCounterGoesWithTheModeOfItsOwnInput) {
     DeviceState &device = instrument().device;
     u32 expected[8];
-    for (u32 i = 0; i < 8; i++)
+    for (u32 i = 0; i < 8; i++) {
         expected[i] = pulseCount(i);
+    }
     for (u32 pulse = 0; pulse < 8; pulse++) {
         setInputModes([&](u32 i) { return i == pulse; });
-        for (u32 i = 0; i < 8; i++)
+        for (u32 i = 0; i < 8; i++) {
             device.put<u32>(measurementTable("diCntMeasTable").objects[i].components[0].source,
                             1000 * pulse + i + 1);
+        }
         expected[pulse] = 1000 * pulse + pulse + 1;
         refreshRtDiCnt(RefreshAll);
-        for (u32 i = 0; i < 8; i++)
+        for (u32 i = 0; i < 8; i++) {
             EXPECT_EQ(pulseCount(i), expected[i]) << "counter " << i << " while input " << pulse << " counts";
+        }
     }
 }
 
@@ -231,9 +249,10 @@ std::vector<std::string> unfedComponents(const std::string &sAddr) {
 TEST(MeasurementModel, WhatIsNotMeasuredStaysInvalid) {
     for (const u16 mode : {u16{0}, u16{1}}) {
         instrument().device.put<u16>(wiringAt, mode);
-        for (const Refresh &refresh : refreshes)
+        for (const Refresh &refresh : refreshes) {
             EXPECT_EQ(refresh.run(), 1);
-        for (const std::string &sAddr : unfedObjects())
+        }
+        for (const std::string &sAddr : unfedObjects()) {
             for (const std::string &component : unfedComponents(sAddr)) {
                 SCOPED_TRACE(sAddr + " " + component);
                 GenNode *object = instrument().values.at(sAddr);
@@ -241,44 +260,56 @@ TEST(MeasurementModel, WhatIsNotMeasuredStaysInvalid) {
                 const char *leaf = component.empty() ? "mag.f" : "cVal.mag.f";
                 EXPECT_EQ(Value(object, join(component, leaf)).number(), 0);
             }
+        }
     }
 }
 
 // Paths of everything below `node` that has a quality, and of every angle.
 void collectPaths(const GenNode *node, const std::string &path, std::set<std::string> &paths) {
     for (const GenNode *child = node->child; child != nullptr; child = child->sibling) {
-        if (std::strcmp(child->name, "q") == 0)
+        if (std::strcmp(child->name, "q") == 0) {
             paths.insert(path);
-        if (std::strcmp(child->name, "ang") == 0)
+        }
+        if (std::strcmp(child->name, "ang") == 0) {
             paths.insert(path + ".ang");
-        if (hasChild(child))
+        }
+        if (hasChild(child)) {
             collectPaths(child, path + "." + child->name, paths);
+        }
     }
 }
 
 std::set<std::string> measuredPaths() {
     std::set<std::string> paths;
-    for (const MeasTable &table : measurementTables())
-        for (const MeasSet &set : table.sets)
-            for (const MeasObject &object : table.objects)
+    for (const MeasTable &table : measurementTables()) {
+        for (const MeasSet &set : table.sets) {
+            for (const MeasObject &object : table.objects) {
                 for (const MeasComponent &component : object.components) {
                     const std::string sAddr = set.prefix + object.name;
                     const bool isWhole = *component.name == '\0' || sAddr.ends_with("Arr");
-                    if (component.wiring != RowWiring::never)
+                    if (component.wiring != RowWiring::never) {
                         paths.insert(isWhole ? sAddr : sAddr + "." + component.name);
-                    if (component.angle != 0)
+                    }
+                    if (component.angle != 0) {
                         paths.insert(sAddr + "." + component.name + ".cVal.ang");
+                    }
                 }
+            }
+        }
+    }
     return paths;
 }
 
 TEST(MeasurementModel, ServesWhatTheInstrumentMeasuresAndNothingElse) {
     std::set<std::string> served, known = measuredPaths();
-    for (const auto &[sAddr, object] : instrument().values)
+    for (const auto &[sAddr, object] : instrument().values) {
         collectPaths(object, sAddr, served);
-    for (const std::string &sAddr : unfedObjects())
-        for (const std::string &component : unfedComponents(sAddr))
+    }
+    for (const std::string &sAddr : unfedObjects()) {
+        for (const std::string &component : unfedComponents(sAddr)) {
             known.insert(component.empty() ? sAddr : join(sAddr, component));
+        }
+    }
     std::vector<std::string> different;
     std::ranges::set_symmetric_difference(served, known, std::back_inserter(different));
     EXPECT_EQ(different, std::vector<std::string>{});

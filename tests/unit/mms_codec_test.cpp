@@ -32,8 +32,9 @@ u32 serviceOf(const MMSpdu &pdu) {
 // Journal entries are read by field and written as they are stored: gives each its stored form.
 void storeEntries(const MMSpdu &pdu) {
     if (pdu.choiceId != MMSpdu::confirmedResponsePDU ||
-        serviceOf(pdu) != ConfirmedServiceResponse::readJournal)
+        serviceOf(pdu) != ConfirmedServiceResponse::readJournal) {
         return;
+    }
     AsnList *entries = pdu.confirmed_ResponsePDU->service->readJournal_->listOfJournalEntry;
     for (AsnListElement *element = entries->first; element; element = element->next) {
         auto *entry = asnListValue<JournalEntry>(element);
@@ -146,8 +147,9 @@ TEST(MmsChoices, every_error_class_and_reject_reason_has_its_tag) {
 
 std::string serviceTag(u32 number, bool constructed) {
     const u8 first = static_cast<u8>(0x80 | (constructed ? 0x20 : 0));
-    if (number < 31)
+    if (number < 31) {
         return hexText(std::vector<u8>{static_cast<u8>(first | number)});
+    }
     return hexText(std::vector<u8>{static_cast<u8>(first | 31), static_cast<u8>(number)});
 }
 
@@ -186,10 +188,11 @@ ServedAs servedAs(u32 tag) {
 }
 
 TEST(MmsServices, one_that_is_not_served_keeps_its_number_and_its_octets) {
-    for (u32 tag = 0; tag <= 78; ++tag)
+    for (u32 tag = 0; tag <= 78; ++tag) {
         for (const bool constructed : {false, true}) {
-            if (servedAs(tag) != ServedAs::not_)
+            if (servedAs(tag) != ServedAs::not_) {
                 continue;
+            }
             const std::string element =
                 serviceTag(tag, constructed) + (constructed ? "05A003020105" : "03414243");
             MMSpdu pdu = decoded(requestHex(element));
@@ -203,6 +206,7 @@ TEST(MmsServices, one_that_is_not_served_keeps_its_number_and_its_octets) {
             EXPECT_EQ(encoded<MMSpdu>(BEncMMSpduContent, pdu), plain(responseHex(element)));
             FreeMMSpdu(&pdu);
         }
+    }
 }
 
 TEST(MmsServices, content_of_indefinite_length_is_kept_with_a_definite_one) {
@@ -215,17 +219,19 @@ TEST(MmsServices, content_of_indefinite_length_is_kept_with_a_definite_one) {
 }
 
 TEST(MmsServices, a_number_that_is_none_and_a_served_one_in_the_other_form_are_refused) {
-    for (u32 tag = 0; tag <= 127; ++tag)
+    for (u32 tag = 0; tag <= 127; ++tag) {
         for (const bool constructed : {false, true}) {
             const bool otherForm =
                 servedAs(tag) == (constructed ? ServedAs::primitive : ServedAs::constructed);
-            if (tag <= 78 && !otherForm)
+            if (tag <= 78 && !otherForm) {
                 continue;
+            }
             MMSpdu pdu{};
             const std::string service = serviceTag(tag, constructed) + "03020105";
             EXPECT_EQ(decodeError<MMSpdu>(BDecMMSpdu, requestHex(service), pdu), -820) << service;
             FreeMMSpdu(&pdu);
         }
+    }
 }
 
 } // namespace

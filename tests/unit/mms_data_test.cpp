@@ -107,8 +107,9 @@ TEST(MmsData, the_octets_of_vectors_are_freed_with_their_value) {
     data.vec = MallocOf<DataArrayVec>();
     data.vec->count = 2;
     data.vec->ang = MallocArray<AsnOcts>(2);
-    for (u32 i = 0; i < 2; ++i)
+    for (u32 i = 0; i < 2; ++i) {
         data.vec->ang[i] = {5, MallocArray<u8>(5)};
+    }
     FreeData(&data);
     EXPECT_EQ(data.vec, nullptr);
 }

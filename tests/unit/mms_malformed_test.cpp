@@ -83,27 +83,30 @@ TEST(MmsNesting, is_followed_to_its_limit) {
         {"accesses",
          [](int n) {
              std::string access = anAccess;
-             for (int i = 1; i < n; ++i)
+             for (int i = 1; i < n; ++i) {
                  access = tlv("A0", "810103" + tlv("30", access));
+             }
              return readHex(access);
          }},
         {"descriptions",
          [](int n) {
              std::string type = "850120";
-             for (int i = 0; i < n; ++i)
+             for (int i = 0; i < n; ++i) {
                  type = i % 2 ? tlv("A1", "810102" + tlv("A2", type))
                               : tlv("A2", tlv("A1", tlv("30", tlv("A1", type))));
+             }
              return requestHex(tlv("A4", tlv("A1", tlv("A0", tlv("30", tlv("A2", "800105" + type))))));
          }},
         {"undecoded", [](int n) { return requestHex(wrapped("A3", n, "020105")); }},
     };
-    for (const auto &c : cases)
+    for (const auto &c : cases) {
         for (const int levels : {31, 32, 33, 300}) {
             MMSpdu pdu{};
             EXPECT_EQ(decodeError<MMSpdu>(BDecMMSpdu, c.request(levels), pdu), levels <= 32 ? 0 : -820)
                 << c.what << " " << levels;
             FreeMMSpdu(&pdu);
         }
+    }
 }
 
 TEST(MmsCost, a_length_that_nothing_stands_behind_costs_nothing) {
@@ -122,8 +125,9 @@ TEST(MmsCost, a_length_that_nothing_stands_behind_costs_nothing) {
 
 TEST(MmsCost, many_small_elements_cost_a_bounded_multiple_of_their_octets) {
     std::string elements;
-    for (int i = 0; i < 20000; ++i)
+    for (int i = 0; i < 20000; ++i) {
         elements += "A900"; // the dearest per octet: a string in no segment
+    }
     const std::string hex = requestHex(tlv("A5", tlv("A0", variableHex) + tlv("A0", elements)));
     const u32 before = allocBytes;
     MMSpdu pdu{};
@@ -149,8 +153,9 @@ void mutate(std::vector<u8> &data, std::mt19937 &random) {
         data.insert(at(), static_cast<u8>(random()));
         break;
     case 3:
-        if (data.size() > 1)
+        if (data.size() > 1) {
             data.erase(at());
+        }
         break;
     case 4:
         ++*at();
@@ -163,14 +168,16 @@ void mutate(std::vector<u8> &data, std::mt19937 &random) {
 TEST(MmsMutations, are_refused_or_read_into_a_value_that_stays_itself) {
     std::mt19937 random(61850); // NOLINT: the same round every time
     std::vector<KnownPdu> seeds = requestPdus();
-    for (KnownPdu &pdu : responsePdus())
+    for (KnownPdu &pdu : responsePdus()) {
         seeds.push_back(std::move(pdu));
+    }
     int accepted = 0;
     constexpr int rounds = 40000;
     for (int i = 0; i < rounds; ++i) {
         std::vector<u8> data = octets(seeds[random() % seeds.size()].hex);
-        for (auto n = 1 + random() % 3; n > 0; --n)
+        for (auto n = 1 + random() % 3; n > 0; --n) {
             mutate(data, random);
+        }
         DecodeEnv env;
         env.acceptRejectPdu = true;
         MMSpdu pdu{}, again{};

@@ -123,8 +123,9 @@ NamePage namePage(AsnInt objectClass, const char *domain, const std::string &con
     NamePage page = {getNameListProc(&request, &response), {}, response.moreFollows == nullptr};
     const AsnListElement *e =
         response.listOfIdentifier == nullptr ? nullptr : response.listOfIdentifier->first;
-    for (; e != nullptr; e = e->next)
+    for (; e != nullptr; e = e->next) {
         page.names.push_back(textOf(*asnListValue<AsnOcts>(e)));
+    }
     EXPECT_TRUE(response.moreFollows == nullptr || *response.moreFollows == 0);
     FreeGetNameList_Response(&response);
     return page;
@@ -160,9 +161,10 @@ TEST_F(MmsServices, NamesAreListedInPreOrderWithArraysAsLeaves) {
                                            "MSTA1$CF$Hst$hstRangeC"};
     EXPECT_EQ(page.names, want);
     EXPECT_FALSE(page.moreFollows);
-    for (std::size_t i = 0; i < want.size(); ++i)
+    for (std::size_t i = 0; i < want.size(); ++i) {
         EXPECT_EQ(namePage(0, "Meas", want[i]).names,
                   std::vector(want.begin() + static_cast<long>(i) + 1, want.end()));
+    }
     EXPECT_FALSE(namePage(0, "Meas", want.back()).moreFollows);
     EXPECT_EQ(namePage(0, "Meas", "MHAI1$MX$Nope").result, 72);
     EXPECT_EQ(namePage(0, "None").result, 72);
@@ -171,8 +173,9 @@ TEST_F(MmsServices, NamesAreListedInPreOrderWithArraysAsLeaves) {
 TEST_F(MmsServices, APageEndsOnceItsOctetsPass2600) {
     // Names of 24 octets count 26 each: a hundred of them are 2600 and not above it.
     GenNode *ld = model.add(&lds, "Many", LevelLD, TypeInner);
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         model.add(ld, ("LongNameOfANode123456_" + std::to_string(10 + i % 90)).c_str(), LevelLN, TypeInner);
+    }
     EXPECT_EQ(namePage(0, "Many").names.size(), 100U);
     EXPECT_FALSE(namePage(0, "Many").moreFollows);
     model.add(ld, "AA", LevelLN, TypeInner);
@@ -189,8 +192,9 @@ TEST_F(MmsServices, OtherClassesOfObjects) {
     EXPECT_EQ(namePage(9, nullptr).names, (std::vector<std::string>{"Meas", "Tiny"}));
     EXPECT_EQ(namePage(9, "None").names.size(), 2U) << "devices in any scope";
     EXPECT_EQ(namePage(8, nullptr).result, 72);
-    for (const AsnInt objectClass : {0, 1, 2, 3, 7, 10, -1})
+    for (const AsnInt objectClass : {0, 1, 2, 3, 7, 10, -1}) {
         EXPECT_EQ(namePage(objectClass, nullptr).result, serviceSuccess) << objectClass;
+    }
     EXPECT_EQ(namePage(2, "None").result, serviceSuccess) << "no data sets, no error";
     EXPECT_TRUE(namePage(2, "None").names.empty());
 }
@@ -198,11 +202,13 @@ TEST_F(MmsServices, OtherClassesOfObjects) {
 // ---------------------------------------------------------------------------------- types
 
 std::string showType(const TypeSpecification *type) {
-    if (type->choiceId == TypeSpecification::array)
+    if (type->choiceId == TypeSpecification::array) {
         return "array " + std::to_string(type->array_->numberOfElements) + " of " +
                showType(type->array_->elementType);
-    if (type->choiceId != TypeSpecification::structure)
+    }
+    if (type->choiceId != TypeSpecification::structure) {
         return std::to_string(type->choiceId);
+    }
     std::string text = "{";
     for (const AsnListElement *e = type->structure_->components->first; e != nullptr; e = e->next) {
         const auto *component = asnListValue<TypeSpecificationSeq1SeqOfSeq>(e);
@@ -309,8 +315,9 @@ TEST_F(MmsServices, TheEstimateCountsTypesStepsAndElements) {
                                                  {"Tiny/GGIO1$ST$Deep", 6 * 4 + 3 + 3 + 4},
                                                  {"Meas/MHAI1$MX$HPhV", 3 * 4 + (4 + 110) + (4 + 55) + 5},
                                                  {"Meas/MHAI1$MX$HA", 2 * 4 + (4 + 22) + 4}};
-    for (const auto &[reference, want] : rows)
+    for (const auto &[reference, want] : rows) {
         EXPECT_EQ(getNodeReadEncLen(model.node(reference), nullptr), want) << reference;
+    }
     AccessSel sel = {
         .kind = AccessSel::oneIndex, .arrayNode = nullptr, .index = 1, .firstIndex = 0, .count = 0};
     EXPECT_EQ(getNodeReadEncLen(model.node("Meas/MHAI1$MX$HPhV$phsAHar"), &sel), 26U);

@@ -24,8 +24,9 @@ std::string ln0File(std::string_view dos, std::string_view types, std::string_vi
 
 std::string childNames(std::string_view reference) {
     std::string names;
-    for (const GenNode *child = nodeAt(reference)->child; child != nullptr; child = child->sibling)
+    for (const GenNode *child = nodeAt(reference)->child; child != nullptr; child = child->sibling) {
         names += std::string(names.empty() ? "" : " ") + child->name;
+    }
     return names;
 }
 
@@ -82,9 +83,10 @@ TEST(ModelBuild, ADataObjectStandsInEveryFunctionalConstraintOfItsAttributes) {
 TEST(ModelBuild, GroupsStandInTheOrderOfTheirCodesAndSEIsACopyOfSG) {
     SclSession session;
     std::string attributes;
-    for (const char *fc : {"XX", "ST", "MX", "SG", "CF", "SP", "SE"})
+    for (const char *fc : {"XX", "ST", "MX", "SG", "CF", "SP", "SE"}) {
         attributes += "<DA name=\"" + std::string(fc) + "val\" fc=\"" + fc +
                       "\" bType=\"BOOLEAN\"><Val>true</Val></DA>";
+    }
     session.build(ln0File("<DO name=\"B\" type=\"P\"/><DO name=\"A\" type=\"P\"/>",
                           "<DOType id=\"P\" cdc=\"SPG\">" + attributes + "</DOType>",
                           "<DOI name=\"A\"><DAI name=\"SGval\" sAddr=\"SET.x\"/></DOI>"));
@@ -324,8 +326,9 @@ TEST(ModelBuild, ATreeOfTypesWithoutAttributesIsWalkedOnce) {
     std::string types;
     for (int level = 0; level < 8; ++level) {
         types += "<DOType id=\"t" + std::to_string(level) + "\" cdc=\"WYE\">";
-        for (const char *sdo : {"a", "b", "c", "d", "e", "f"})
+        for (const char *sdo : {"a", "b", "c", "d", "e", "f"}) {
             types += "<SDO name=\"" + std::string(sdo) + "\" type=\"t" + std::to_string(level + 1) + "\"/>";
+        }
         types += "</DOType>";
     }
     SclSession session;
@@ -341,10 +344,11 @@ TEST(ModelBuild, ATreeOfTypesWithoutAttributesIsWalkedOnce) {
 std::string nestedStructs(int depth) {
     std::string types;
     const int structs = depth - 3; // between the data object and the leaf
-    for (int i = 0; i < structs; ++i)
+    for (int i = 0; i < structs; ++i) {
         types += "<DAType id=\"a" + std::to_string(i) + "\"><BDA name=\"" + (i + 1 < structs ? "n" : "leaf") +
                  std::to_string(i) + "\" bType=\"" + (i + 1 < structs ? "Struct" : "INT8") + "\" type=\"a" +
                  std::to_string(i + 1) + "\"/></DAType>";
+    }
     return ln0File(
         "<DO name=\"O\" type=\"D\"/>",
         "<DOType id=\"D\" cdc=\"SPS\"><DA name=\"s\" fc=\"ST\" bType=\"Struct\" type=\"a0\"/></DOType>" +
@@ -354,12 +358,13 @@ std::string nestedStructs(int depth) {
 std::string nestedSdos(int depth) {
     std::string types;
     const int sdos = depth - 3;
-    for (int i = 0; i <= sdos; ++i)
+    for (int i = 0; i <= sdos; ++i) {
         types +=
             "<DOType id=\"t" + std::to_string(i) + "\" cdc=\"WYE\">" +
             (i < sdos ? "<SDO name=\"s" + std::to_string(i) + "\" type=\"t" + std::to_string(i + 1) + "\"/>"
                       : std::string("<DA name=\"leaf\" fc=\"MX\" bType=\"INT8\"/>")) +
             "</DOType>";
+    }
     return ln0File("<DO name=\"O\" type=\"t0\"/>", types);
 }
 
@@ -369,8 +374,9 @@ TEST(ModelBuild, TenLevelsBelowALogicalNodeAreBuilt) {
         session.build(file);
         const GenNode *node = nodeAt("IL/LLN0");
         int depth = 0;
-        for (; node->child != nullptr; node = node->child)
+        for (; node->child != nullptr; node = node->child) {
             ++depth;
+        }
         EXPECT_EQ(depth, 10);
         EXPECT_EQ(std::string(node->name).substr(0, 4), "leaf");
     }
@@ -399,8 +405,9 @@ const std::string oneObject = "<DO name=\"O\" type=\"D\"/>";
 
 std::string manyObjects(int n) {
     std::string dos;
-    for (int i = 0; i < n; ++i)
+    for (int i = 0; i < n; ++i) {
         dos += "<DO name=\"d" + std::to_string(i) + "\" type=\"D\"/>";
+    }
     return dos;
 }
 

@@ -22,8 +22,9 @@ std::string dataSets() {
     std::string out;
     for (const PreDefDs &ds : records<&PreDefDs::link>(PreDefDsHead)) {
         out += text(ds.ldName) + " " + ds.itemName + ":";
-        for (const PreDefDsMember &member : records<&PreDefDsMember::link>(ds.members))
+        for (const PreDefDsMember &member : records<&PreDefDsMember::link>(ds.members)) {
             out += std::string(" ") + member.name;
+        }
         out += "\n";
     }
     return out;
@@ -31,23 +32,26 @@ std::string dataSets() {
 
 std::string reports() {
     std::string out;
-    for (const ReportCfg &report : records<&ReportCfg::link>(ReportCfgHead))
+    for (const ReportCfg &report : records<&ReportCfg::link>(ReportCfgHead)) {
         out += text(report.name) + " " + text(report.rtpID) + " " + text(report.dsName) + "\n";
+    }
     return out;
 }
 
 std::string logs() {
     std::string out;
-    for (const LCBCfg &log : records<&LCBCfg::link>(LCBHead))
+    for (const LCBCfg &log : records<&LCBCfg::link>(LCBHead)) {
         out += text(log.name) + " " + text(log.datSet) + " " + text(log.logName) + "\n";
+    }
     return out;
 }
 
 std::string devices() {
     std::string out;
-    for (const scl::LDevice &device : records<&scl::LDevice::link>(LDeviceHead))
+    for (const scl::LDevice &device : records<&scl::LDevice::link>(LDeviceHead)) {
         out += text(device.inst) + (listEmpty(&device.gse) ? "" : "+gse") +
                (device.SettingControl.numOfSGs != nullptr ? "+sg" : "") + " ";
+    }
     return out;
 }
 
@@ -93,8 +97,9 @@ TEST(ModelConfig, ReportsHaveAnEntryAnInstanceUnderTheNameOfItsNode) {
                   longName + "0 x01 (null)\nIL/LLN0$RP$" + longName +
                   "0 x02 (null)\n"
                   "IL/LLN0$RP$ (null) (null)\n");
-    for (const ReportCfg &report : records<&ReportCfg::link>(ReportCfgHead))
+    for (const ReportCfg &report : records<&ReportCfg::link>(ReportCfgHead)) {
         EXPECT_NE(nodeAt(report.name), nullptr) << report.name;
+    }
     const ReportCfg &a = *records<&ReportCfg::link>(ReportCfgHead).begin();
     EXPECT_EQ(a.trgOps, 64 + 16 + 4);
     EXPECT_EQ(a.optFlds, 0x4000 + 0x1000 + 0x0400 + 0x0100 + 0x0040);

@@ -21,8 +21,9 @@ bool find(const Name &name, GenNode **node) {
 
 std::string repeated(const std::string &text, int count) {
     std::string all;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         all += text;
+    }
     return all;
 }
 
@@ -65,8 +66,9 @@ TEST(NodeLookup, NamesThatLeadNowhereAreNotFound) {
                                                          {"Meas", "MHAI1$" + std::string(300, 'n')},
                                                          {std::string(3000, 'D'), "MHAI1"}};
     GenNode *node = nullptr;
-    for (const auto &[domain, item] : names)
+    for (const auto &[domain, item] : names) {
         EXPECT_FALSE(find(Name(domain, item), &node)) << domain << "/" << item.substr(0, 40);
+    }
     Name absent("Meas", "MHAI1");
     absent.parts.itemId.octetLen = ~0U;
     EXPECT_FALSE(find(absent, &node));
@@ -97,12 +99,14 @@ TEST(NodeLookup, ItemsAreCutAtTheirSeparators) {
     EXPECT_EQ(analyseItemByStr("LLN0$ST$Mod$", parts), 4);
     EXPECT_STREQ(parts[0], "LLN0");
     EXPECT_STREQ(parts[3], "");
-    for (char *part : parts)
+    for (char *part : parts) {
         Free(part);
+    }
     EXPECT_EQ(analyseItemByStr("L", parts), 0);
     EXPECT_EQ(analyseItemByStr(repeated("$", 20).c_str(), parts), 8);
-    for (char *part : parts)
+    for (char *part : parts) {
         Free(part);
+    }
     AsnOcts octs[8] = {};
     std::string text = "ab$c";
     const AsnOcts item = ied::test::octsOver(text);

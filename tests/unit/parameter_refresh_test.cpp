@@ -61,14 +61,15 @@ TEST_F(ParameterRefresh, FieldsOfEveryTypeReachTheirRecords) {
         const ParaMap row{each.protoType, each.dataType, target, 704, 0, 0};
         EXPECT_EQ(refreshPara(row, comdata + 704, ParaLiveToSG), 1);
         f64 shown = 0;
-        if (each.protoType == CdcSPG)
+        if (each.protoType == CdcSPG) {
             shown = record<SPG>(each.sAddr).setVal[SetSG];
-        else if (each.protoType == CdcING)
+        } else if (each.protoType == CdcING) {
             shown = record<ING>(each.sAddr).setVal[SetSG];
-        else if (each.protoType == CdcASG)
+        } else if (each.protoType == CdcASG) {
             shown = static_cast<f64>(record<ASG>(each.sAddr).setMag[SetSG]);
-        else
+        } else {
             shown = record<ENG>(each.sAddr).setVal[SetSG];
+        }
         EXPECT_EQ(shown, each.shown) << each.sAddr << " type " << each.dataType;
     }
     EXPECT_EQ(record<ING>("SET.sys.TVPri").setVal[SetSE], 0);
@@ -107,8 +108,9 @@ TEST_F(ParameterRefresh, AGroupWalksItsMapAndAllWalksEveryMap) {
     EXPECT_EQ(second.setVal[SetSG], 7);
     EXPECT_EQ(dealParamProcess(ParaLiveToSG, nullptr, ParaAll), 1);
     EXPECT_EQ(first.setVal[SetSG], 1);
-    for (auto &map : paraMapAddr)
+    for (auto &map : paraMapAddr) {
         map = {};
+    }
 }
 
 TEST(ParameterRefreshDeathTest, FaultsOfArgumentsAndMapsEndTheTask) {
@@ -268,13 +270,14 @@ TEST_F(ParameterRefresh, RatedValuesAndHarmonicsFollowTheBaseParameters) {
     EXPECT_NE(record<INS>("MICS.RtdVolt").stVal, 230) << "only with the base parameters";
     relatedDataRefresh(false, ParaBase);
     EXPECT_EQ(record<INS>("MICS.RtdVolt").stVal, 230);
-    for (const char *set : {"RT", "DMD.avg", "DMD.max", "DMD.min"})
+    for (const char *set : {"RT", "DMD.avg", "DMD.max", "DMD.min"}) {
         for (const char *name : {"HPhVArr", "HPPVArr", "HAArr"}) {
             const HWYE &har = record<HWYE>(std::string(set) + "." + name);
             EXPECT_EQ(har.units.SIUnit, name[1] == 'A' ? 5 : 29) << set << name;
             EXPECT_EQ(har.frequency, 60) << set << name;
             EXPECT_EQ(har.evalTm, 17) << set << name;
         }
+    }
     EXPECT_EQ(record<HWYE>("RT.IHPPVConArr").units.SIUnit, 29);
     EXPECT_EQ(record<HWYE>("RT.IHAConArr").units.SIUnit, 5);
     device.put<u16>(744, 2); // neither form
@@ -350,8 +353,9 @@ TEST_F(ParameterRefresh, TheFirstStateShowsPlatesVersionsAndWhatNothingFeeds) {
     for (const char *set : {"DMD.avg", "DMD.max", "DMD.min", "MON.rt.now.max", "MON.rt.now.min",
                             "MON.rt.last.max", "MON.rt.last.min"}) {
         const std::string prefix = set;
-        for (const CMV &component : record<SEQ>(prefix + ".SeqA").c)
+        for (const CMV &component : record<SEQ>(prefix + ".SeqA").c) {
             EXPECT_EQ(component.q, qualityInvalid) << prefix;
+        }
         EXPECT_EQ(record<SEQ>(prefix + ".SeqV").c[2].q, qualityInvalid) << prefix;
         EXPECT_EQ(record<MV>(prefix + ".HHz").q, qualityInvalid) << prefix;
     }

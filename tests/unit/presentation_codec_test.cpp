@@ -117,7 +117,7 @@ TEST(Presentation, an_accept_is_read_and_written) {
 }
 
 TEST(Presentation, what_a_value_list_holds_is_the_word_of_the_caller) {
-    for (const bool mms : {true, false})
+    for (const bool mms : {true, false}) {
         for (const std::string &apdu : {conclude, std::string("6200")}) {
             const std::vector<u8> content = octets(tlv("30", "0602 5101 020103" + tlv("A0", apdu)));
             BerBuf buf;
@@ -140,6 +140,7 @@ TEST(Presentation, what_a_value_list_holds_is_the_word_of_the_caller) {
             }
             FreeUser_data(&data);
         }
+    }
 }
 
 TEST(Presentation, other_encodings_of_user_data_are_read) {
@@ -197,8 +198,9 @@ TEST(Presentation, mutated_connects_are_refused_or_read) {
     constexpr int rounds = 20000;
     for (int i = 0; i < rounds; ++i) {
         std::vector<u8> data = octets(seeds[random() % std::size(seeds)]);
-        for (auto n = 1 + random() % 3; n > 0; --n)
+        for (auto n = 1 + random() % 3; n > 0; --n) {
             data[random() % data.size()] = static_cast<u8>(random());
+        }
         CP_type cp{};
         accepted += decodeError<CP_type>(BDecCP_type, data, cp) >= 0;
         FreeCP_type(&cp);

@@ -24,12 +24,13 @@ TEST_P(Mapped, FieldReadsTheOctetsAtItsPlaceAndNoOthers) {
     const MappedWord &word = GetParam();
     DeviceState device;
     EXPECT_EQ(word.read(), 0) << word.name;
-    if (word.width == 1)
+    if (word.width == 1) {
         device.put<u8>(word.offset, 0xA5);
-    else if (word.width == 2)
+    } else if (word.width == 2) {
         device.put<u16>(word.offset, 0xA55A);
-    else
+    } else {
         device.put<u32>(word.offset, 0xA55AC33C);
+    }
     EXPECT_EQ(word.read(), word.width == 1 ? 0xA5 : word.width == 2 ? 0xA55A : 0xA55AC33C) << word.name;
 }
 

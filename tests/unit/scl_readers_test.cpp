@@ -23,8 +23,9 @@ scl::LDevice &firstDevice() {
 
 template <auto link> int count(const ListHead &head) {
     int n = 0;
-    for ([[maybe_unused]] auto &record : records<link>(head))
+    for ([[maybe_unused]] auto &record : records<link>(head)) {
         ++n;
+    }
     return n;
 }
 

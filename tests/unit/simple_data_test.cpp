@@ -282,8 +282,9 @@ TEST(SimpleData, StoresWhatWasWritten) {
         HeapData after;
         getSimpleData(&after.data, leaf, true);
         EXPECT_EQ(show(&after.data), want);
-        for (const auto &[name, data] : values)
+        for (const auto &[name, data] : values) {
             freeHeap(data);
+        }
     }
 }
 
@@ -342,8 +343,9 @@ TEST(Configured, NumbersAreReadAsWhereALongHas32Bits) {
             if (object == "None"s || leafName != "octet6"s) { // what follows a short text stays
                 EXPECT_EQ(show(&data.data), want) << leafName << " " << text;
             }
-            if (leaf->data != kept.c_str() && object == "None"s)
+            if (leaf->data != kept.c_str() && object == "None"s) {
                 Free(leaf->data);
+            }
         }
     }
 }

@@ -240,7 +240,7 @@ TEST(Listening, on_a_port_that_is_taken_ends_the_process_and_names_the_port) {
             socketInit(&second);
         },
         testing::ExitedWithCode(0),
-        "cannot listen on port " + std::to_string(port) + " of 127.0.0.1: Address already in use");
+        "cannot listen on 127.0.0.1 port " + std::to_string(port) + ": Address already in use");
     ::close(fd);
 }
 

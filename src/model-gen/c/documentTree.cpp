@@ -54,14 +54,17 @@ void parseBlocks(int fd) {
     char block[blockSize];
     for (bool isFinal = false; !isFinal;) {
         const long got = fileOps.read(fd, block, blockSize);
-        if (got < 0)
+        if (got < 0) {
             parseError("the file cannot be read", std::strerror(errno));
+        }
         isFinal = got < blockSize;
         const XML_Status status = XML_Parse(state.parser, block, static_cast<int>(got), isFinal);
-        if (state.lacking != 0)
+        if (state.lacking != 0) {
             gMalloc(state.lacking); // throws, now that no frame of expat is on the stack
-        if (status == XML_STATUS_ERROR)
+        }
+        if (status == XML_STATUS_ERROR) {
             parseError("the file is no well-formed XML", XML_ErrorString(XML_GetErrorCode(state.parser)));
+        }
     }
 }
 
@@ -74,8 +77,9 @@ char *poolText(const char *text, std::size_t length, const char *funcName, const
 // Whether the pool still has `bytes`. If not the parse is stopped: PoolFull must not fly through
 // expat, which is C.
 bool poolHas(std::size_t bytes) {
-    if (state.parser == nullptr || model_gen_pool.used + bytes <= model_gen_pool.size)
+    if (state.parser == nullptr || model_gen_pool.used + bytes <= model_gen_pool.size) {
         return true;
+    }
     state.lacking = static_cast<u32>(bytes);
     XML_StopParser(state.parser, XML_FALSE);
     return false;
@@ -83,8 +87,9 @@ bool poolHas(std::size_t bytes) {
 
 std::size_t elementSize(const char *name, const char **atts) {
     std::size_t size = roundToWord(sizeof(tree_node)) + roundToWord(static_cast<u32>(std::strlen(name) + 1));
-    for (; *atts != nullptr; ++atts)
+    for (; *atts != nullptr; ++atts) {
         size += sizeof(char *) + roundToWord(static_cast<u32>(std::strlen(*atts) + 1));
+    }
     return size + sizeof(char *);
 }
 
@@ -97,8 +102,9 @@ void dropText() {
 } // namespace
 
 int parse(const char *path) {
-    if (path == nullptr)
+    if (path == nullptr) {
         return -1;
+    }
     state = {};
     std::snprintf(state.file, sizeof state.file, "%s",
                   hostModelOptions.icdOnHost ? path : hostPath(path).c_str());
@@ -106,7 +112,7 @@ int parse(const char *path) {
     state.parser = XML_ParserCreate(nullptr);
     if (state.parser == nullptr) {
         std::fprintf(stderr, "Couldn't allocate memory for parser!\r\n");
-        std::exit(-1);
+        processExit(-1);
     }
     XML_SetElementHandler(state.parser, start, end);
     XML_SetCharacterDataHandler(state.parser, dataHandler);
@@ -125,11 +131,13 @@ const char *parsedFile() {
 }
 
 void start(void *, const char *name, const char **atts) {
-    if (state.lacking != 0 || !poolHas(elementSize(name, atts)))
+    if (state.lacking != 0 || !poolHas(elementSize(name, atts))) {
         return;
+    }
     const unsigned long line = state.parser != nullptr ? XML_GetCurrentLineNumber(state.parser) : 0;
-    if (Depth >= maxElementDepth)
+    if (Depth >= maxElementDepth) {
         sclFault(line, "element \"%.100s\" is nested deeper than %d elements", name, maxElementDepth);
+    }
     auto *node =
         static_cast<tree_node *>(sclAlloc(sizeof(tree_node), "start", "Malloc for tree_node failed!\r\n"));
     node->line = static_cast<u32>(line);
@@ -139,10 +147,11 @@ void start(void *, const char *name, const char **atts) {
     } else {
         dropText();
         node->parent = currNode;
-        if (currNode->child == nullptr)
+        if (currNode->child == nullptr) {
             currNode->child = node;
-        else
+        } else {
             state.lastAt[Depth]->sibling = node;
+        }
     }
     state.lastAt[Depth] = node;
     currNode = node;
@@ -152,8 +161,9 @@ void start(void *, const char *name, const char **atts) {
 }
 
 void end(void *, const char *) {
-    if (state.lacking != 0 || !poolHas(roundToWord(static_cast<u32>(state.textLength + 1))))
+    if (state.lacking != 0 || !poolHas(roundToWord(static_cast<u32>(state.textLength + 1)))) {
         return;
+    }
     if (currNode->data != nullptr) {
         char *text = currNode->data;
         currNode->data = currNode->child == nullptr
@@ -167,8 +177,9 @@ void end(void *, const char *) {
 }
 
 void dataHandler(void *, const char *s, int len) {
-    if (state.lacking != 0 || s == nullptr || len <= 0 || (len == 1 && *s == '\n'))
+    if (state.lacking != 0 || s == nullptr || len <= 0 || (len == 1 && *s == '\n')) {
         return;
+    }
     if (currNode->child != nullptr) {
         dropText();
         return;
@@ -180,7 +191,7 @@ void dataHandler(void *, const char *s, int len) {
         currNode->data = static_cast<char *>(std::realloc(currNode->data, state.textSpace));
         if (currNode->data == nullptr) {
             std::fprintf(stderr, "%s : malloc for data failed!\r\n", "dataHandler");
-            std::exit(-1);
+            processExit(-1);
         }
     }
     std::memcpy(currNode->data + state.textLength, s, static_cast<std::size_t>(len));
@@ -194,10 +205,12 @@ void saveEl(const char *name) {
 
 void saveAttr(const char **atts) {
     u32 count = 0;
-    while (atts[count] != nullptr)
+    while (atts[count] != nullptr) {
         ++count;
-    if (count == 0)
+    }
+    if (count == 0) {
         return;
+    }
     currNode->attr = static_cast<char **>(
         sclAlloc((count + 1) * sizeof(char *), "saveAttr", "Malloc for attr failed!\r\n"));
     for (u32 i = 0; i < count; ++i) {
@@ -205,21 +218,24 @@ void saveAttr(const char **atts) {
         currNode->attr[i] = static_cast<char *>(gMalloc(static_cast<u32>(size)));
         if (currNode->attr[i] == nullptr) {
             std::fprintf(stderr, "%s : Malloc for attr[%u] failed!\r\n", "saveAttr", i);
-            std::exit(-1);
+            processExit(-1);
         }
         std::memcpy(currNode->attr[i], atts[i], size);
     }
 }
 
 void DFSTree(tree_node *node, void (*visit)(tree_node *)) {
-    if (node == nullptr || node->visited == 2)
+    if (node == nullptr || node->visited == 2) {
         return;
+    }
     for (tree_node *at = node; at != nullptr; at = at->sibling) {
-        if (at->visited == 2)
+        if (at->visited == 2) {
             continue;
+        }
         if (at->visited == 0) {
-            if (visit != nullptr)
+            if (visit != nullptr) {
                 visit(at);
+            }
             at->visited = 1;
         }
         DFSTree(at->child, visit);
@@ -228,8 +244,9 @@ void DFSTree(tree_node *node, void (*visit)(tree_node *)) {
 }
 
 void DFSTreeInit(tree_node *node) {
-    if (node == nullptr || node->visited == 0)
+    if (node == nullptr || node->visited == 0) {
         return;
+    }
     for (tree_node *at = node; at != nullptr; at = at->sibling) {
         if (at->visited != 0) {
             at->visited = 0;
@@ -239,23 +256,27 @@ void DFSTreeInit(tree_node *node) {
 }
 
 void printNode(tree_node *node) {
-    for (int i = 0; i < node->depth; ++i)
+    for (int i = 0; i < node->depth; ++i) {
         std::printf("\t");
+    }
     std::printf("%s ", node->el);
     for (char **attr = node->attr; attr != nullptr && attr[0] != nullptr; attr += 2) {
         std::printf("%s = ", attr[0]);
         std::printf("%s;", attr[1]);
     }
-    if (node->data != nullptr)
+    if (node->data != nullptr) {
         std::printf("%s", node->data);
+    }
     std::printf("\r\n");
 }
 
 void documentForget() {
-    if (state.textSpace != 0)
+    if (state.textSpace != 0) {
         dropText();
-    if (state.parser != nullptr)
+    }
+    if (state.parser != nullptr) {
         XML_ParserFree(state.parser);
+    }
     currNode = nullptr;
     treeRoot = nullptr;
     Depth = 0;

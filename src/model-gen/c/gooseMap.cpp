@@ -16,26 +16,31 @@ void getMac(u8 (&mac)[6], const char *text) {
         std::fprintf(stderr, "%s : Mac len error!\r\n", "modelGetGooseMap");
         return;
     }
-    for (std::size_t i = 0; i < 6; ++i)
+    for (std::size_t i = 0; i < 6; ++i) {
         mac[i] = static_cast<u8>(16 * ctoi(text[3 * i]) + ctoi(text[3 * i + 1]));
+    }
 }
 
 } // namespace
 
 u8 ctoi(char c) {
-    if (c >= '0' && c <= '9')
+    if (c >= '0' && c <= '9') {
         return static_cast<u8>(c - '0');
-    if (c >= 'a' && c <= 'f')
+    }
+    if (c >= 'a' && c <= 'f') {
         return static_cast<u8>(c - 'a' + 10);
-    if (c >= 'A' && c <= 'F')
+    }
+    if (c >= 'A' && c <= 'F') {
         return static_cast<u8>(c - 'A' + 10);
+    }
     return 0;
 }
 
 u16 strtoint(const char *text) {
     u16 value = 0;
-    for (; *text != '\0'; ++text)
+    for (; *text != '\0'; ++text) {
         value = static_cast<u16>((value << 4) + ctoi(*text));
+    }
     return value;
 }
 
@@ -45,8 +50,9 @@ void modelGetGooseMap() {
         for (scl::GooseRxEntry &entry : records<&scl::GooseRxEntry::link>(subscription.entries)) {
             auto *map = newRecord<&scl::GooseMapInit::link>(&GooseMapInitHead, "modelGetGooseMap",
                                                             "gMalloc for GooseMapInit failed!\r\n");
-            if (subscription.APPID != nullptr)
+            if (subscription.APPID != nullptr) {
                 map->appid = strtoint(subscription.APPID);
+            }
             getMac(map->mac, subscription.mAddr);
             map->gocbRef = subscription.goCbRef;
             map->refPath = entry.ref;

@@ -30,8 +30,9 @@ void listDel(ListLink *link, ListHead *head) {
 
 ListLink *listLast(ListHead *head) {
     ListLink *at = head;
-    while (at->next != nullptr)
+    while (at->next != nullptr) {
         at = at->next;
+    }
     return at;
 }
 

@@ -42,8 +42,9 @@ ListLink *listLast(ListHead *head);
 // Record that holds `link` as its member `member`; null for null.
 template <class T, ListLink T::*member> T *listRecord(ListLink *link) {
     static_assert(sizeof(member) == sizeof(std::ptrdiff_t), "a pointer to a member is its offset");
-    if (link == nullptr)
+    if (link == nullptr) {
         return nullptr;
+    }
     return reinterpret_cast<T *>(reinterpret_cast<char *>(link) - std::bit_cast<std::ptrdiff_t>(member));
 }
 

@@ -17,15 +17,17 @@ bool isStruct(const char *bType) {
 
 // Code of a DA's or BDA's type, looked up once a record.
 template <class T> u8 typeCode(T *attribute) {
-    if (attribute->nodeType == 0)
+    if (attribute->nodeType == 0) {
         attribute->nodeType = getNodeType(attribute->bType);
+    }
     return attribute->nodeType;
 }
 
 // Type of a structure, found once a record; null for an unknown one.
 template <class T> scl::DAType *structType(T *attribute) {
-    if (attribute->structType == nullptr)
+    if (attribute->structType == nullptr) {
         attribute->structType = modelGetDAType(attribute->type);
+    }
     return attribute->structType;
 }
 
@@ -69,10 +71,11 @@ void modelGetDA(GenNode *parent, scl::DA *da, scl::Instances *instances) {
     GenNode *node = makeChild(parent, da->name, da->fc, typeCode(da), LevelLeaf);
     refuseDepth(node, da->line);
     node->trgOps = getTrgOps(da);
-    if (isStruct(da->bType))
+    if (isStruct(da->bType)) {
         fillStruct(node, da, instances);
-    else
+    } else {
         fillLeaf(node, da, instances);
+    }
 }
 
 void modelGetBDA(GenNode *parent, scl::DAType *daType, scl::Instances *instances, const TypePath *types) {
@@ -93,8 +96,9 @@ void modelGetBDA(GenNode *parent, scl::DAType *daType, scl::Instances *instances
             sclFault(bda.line, "%s: there is no DAType with id \"%.60s\"", nodePath(node).c_str(),
                      shownText(bda.type));
         }
-        if (isOpen(&inner, type->id))
+        if (isOpen(&inner, type->id)) {
             circleFault(&inner, type->id, nodePath(node), "DAType", bda.line);
+        }
         modelGetBDA(node, type, getSDI(instances, node->name), &inner);
     }
 }

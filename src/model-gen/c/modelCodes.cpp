@@ -56,8 +56,9 @@ constexpr Code typeCodes[] = {
 
 template <std::size_t n> const Code *findCode(const Code (&codes)[n], const char *text) {
     for (const Code &row : codes) {
-        if (text != nullptr && std::strcmp(row.text, text) == 0)
+        if (text != nullptr && std::strcmp(row.text, text) == 0) {
             return &row;
+        }
     }
     return nullptr;
 }
@@ -65,11 +66,13 @@ template <std::size_t n> const Code *findCode(const Code (&codes)[n], const char
 } // namespace
 
 u8 getFCType(const char *fc) {
-    if (fc == nullptr)
+    if (fc == nullptr) {
         return FcNone;
+    }
     for (u8 code = FcMX; code <= FcEX; ++code) {
-        if (std::strcmp(fcTexts[code], fc) == 0)
+        if (std::strcmp(fcTexts[code], fc) == 0) {
             return code;
+        }
     }
     return FcNone;
 }
@@ -80,12 +83,14 @@ const char *fcText(u8 fc) {
 
 u8 getCDCType(const char *cdc) {
     const Code *row = findCode(cdcCodes, cdc);
-    if (row != nullptr)
+    if (row != nullptr) {
         return row->code;
-    if (cdc == nullptr)
+    }
+    if (cdc == nullptr) {
         dbInfoRaw("%s : CDC type is NULL", "getCDCType");
-    else
+    } else {
         dbInfoRaw("%s : UNknown CDC type %s ", "getCDCType", cdc);
+    }
     taskExit(-1);
 }
 
@@ -95,16 +100,18 @@ bool isCDC(const char *cdc) {
 
 const char *cdcText(u8 cdc) {
     for (const Code &row : cdcCodes) {
-        if (row.code == cdc)
+        if (row.code == cdc) {
             return row.text;
+        }
     }
     return "";
 }
 
 u8 getNodeType(const char *bType) {
     const Code *row = findCode(typeCodes, bType);
-    if (row != nullptr)
+    if (row != nullptr) {
         return row->code;
+    }
     std::fprintf(stderr, "%s : %s \r\n", "getNodeType", bType != nullptr ? bType : "");
     return TypeInner;
 }

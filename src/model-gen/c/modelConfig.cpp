@@ -19,21 +19,24 @@ namespace {
 // The pieces one behind the other in the pool; null pieces are empty.
 char *poolJoin(std::initializer_list<const char *> pieces, const char *funcName, const char *ifNull) {
     std::size_t length = 1;
-    for (const char *piece : pieces)
+    for (const char *piece : pieces) {
         length += piece != nullptr ? std::strlen(piece) : 0;
+    }
     char *text = static_cast<char *>(sclAlloc(length, funcName, ifNull));
     char *end = text;
     for (const char *piece : pieces) {
-        if (piece != nullptr)
+        if (piece != nullptr) {
             end = stpcpy(end, piece);
+        }
     }
     return text;
 }
 
 void dotsToDollars(char *text) {
     for (; text != nullptr && *text != '\0'; ++text) {
-        if (*text == '.')
+        if (*text == '.') {
             *text = '$';
+        }
     }
 }
 
@@ -67,8 +70,9 @@ void _modelGetDS(const scl::LDevice *device, const scl::LN *ln, scl::DataSet *da
     entry->ldName = poolJoin({place.ld.text}, "_modelGetDS", "gMalloc for domain failed!\r\n");
     entry->itemName =
         poolJoin({place.ln.text, "$", dataSet->name}, "_modelGetDS", "gMalloc for item failed!\r\n");
-    for (scl::FCDA &fcda : records<&scl::FCDA::link>(dataSet->members))
+    for (scl::FCDA &fcda : records<&scl::FCDA::link>(dataSet->members)) {
         addMember(entry, &fcda);
+    }
 }
 
 void addReport(const Place &place, const scl::ReportControl *report, int instance, int count) {
@@ -80,13 +84,16 @@ void addReport(const Place &place, const scl::ReportControl *report, int instanc
                             blockName(report->name, instance, count).text},
                            func, "gMalloc for name failed!\r\n");
     char digits[12] = "";
-    if (count > 1)
+    if (count > 1) {
         std::snprintf(digits, sizeof digits, "%02d", instance);
-    if (isGiven(report->rptID))
+    }
+    if (isGiven(report->rptID)) {
         entry->rtpID = poolJoin({report->rptID, digits}, func, "gMalloc for rtpID failed!\r\n");
-    if (isGiven(report->datSet))
+    }
+    if (isGiven(report->datSet)) {
         entry->dsName = poolJoin({place.ld.text, "/", place.ln.text, "$", report->datSet}, func,
                                  "gMalloc for dsName failed!\r\n");
+    }
     entry->trgOps = getTrgTrgOps(&report->TrgOps);
     entry->optFlds = getOptFields(report);
     entry->bufTm = decimalU32(report->bufTime);
@@ -97,8 +104,9 @@ void addReport(const Place &place, const scl::ReportControl *report, int instanc
 void _modelGetRP(const scl::LDevice *device, const scl::LN *ln, scl::ReportControl *report) {
     const Place place = placeOf(device, ln);
     const int count = reportInstances(report, place.ln.text);
-    for (int i = 1; i <= count; ++i)
+    for (int i = 1; i <= count; ++i) {
         addReport(place, report, i, count);
+    }
 }
 
 void _modelGetLCB(const scl::LDevice *device, const scl::LN *ln, scl::LogControl *log) {
@@ -110,8 +118,9 @@ void _modelGetLCB(const scl::LDevice *device, const scl::LN *ln, scl::LogControl
                            func, "gMalloc for name failed!\r\n");
     entry->datSet = poolJoin({place.ld.text, "/", place.ln.text, "$", log->datSet}, func,
                              "gMalloc for datSet failed!\r\n");
-    if (log->logName != nullptr)
+    if (log->logName != nullptr) {
         entry->logName = poolJoin({log->logName}, func, "gMalloc for logName failed!\r\n");
+    }
     entry->intgPd = decimalU32(log->intgPd);
     entry->logEna = isTrue(log->logEna);
     entry->reasonCode = isTrue(log->reasonCode);
@@ -121,11 +130,13 @@ void _modelGetLCB(const scl::LDevice *device, const scl::LN *ln, scl::LogControl
 
 // Every record of one kind of a device: those of LN0 first, then those of the logical nodes.
 template <auto list, auto link, class Get> void forEachRecord(scl::LDevice *device, Get get) {
-    for (auto &record : records<link>(device->LN0.*list))
+    for (auto &record : records<link>(device->LN0.*list)) {
         get(device, &device->LN0, &record);
+    }
     for (scl::LN &ln : records<&scl::LN::link>(device->lns)) {
-        for (auto &record : records<link>(ln.*list))
+        for (auto &record : records<link>(ln.*list)) {
             get(device, &ln, &record);
+        }
     }
 }
 
@@ -152,8 +163,9 @@ template <class T, class Bits, std::size_t n>
 Bits collectBits(const T *record, const BitRow<T, Bits> (&rows)[n]) {
     Bits bits = 0;
     for (const BitRow<T, Bits> &row : rows) {
-        if (isTrue(record->*row.attribute))
+        if (isTrue(record->*row.attribute)) {
             bits = static_cast<Bits>(bits | row.bit);
+        }
     }
     return bits;
 }

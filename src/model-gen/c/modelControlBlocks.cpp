@@ -54,8 +54,9 @@ constexpr Leaf lcbLeaves[] = {
 };
 
 void addLeaves(GenNode *parent, const char *fc, std::span<const Leaf> leaves) {
-    for (const Leaf &leaf : leaves)
+    for (const Leaf &leaf : leaves) {
         modelFillElem(parent, leaf.name, fc, leaf.nodeType);
+    }
 }
 
 GenNode *addBlock(GenNode *lnNode, const char *fc, const char *name, u8 cdc, std::span<const Leaf> leaves) {
@@ -81,10 +82,11 @@ void modelGetGoCB(GenNode *lnNode, const scl::GSEControl *gse) {
 
 int reportInstances(const scl::ReportControl *report, const char *ln) {
     const int count = report->max != nullptr ? decimalI32(report->max) : 1;
-    if (count > maxInstances)
+    if (count > maxInstances) {
         sclFault(report->line,
                  "ReportControl \"%.60s\" of %s has RptEnabled max=\"%.20s\": at most %d instances",
                  report->name != nullptr ? report->name : "", ln, report->max, maxInstances);
+    }
     return count;
 }
 
@@ -94,17 +96,19 @@ void modelGetRPListALL(GenNode *lnNode, scl::LN *ln) {
         const bool buffered = isTrue(report.buffered);
         for (int i = 1; i <= count; ++i) {
             const NodeName name = blockName(report.name, i, count);
-            if (buffered)
+            if (buffered) {
                 addBlock(lnNode, "BR", name.text, CdcRCB, brcbLeaves);
-            else
+            } else {
                 addBlock(lnNode, "RP", name.text, CdcRCB, urcbLeaves);
+            }
         }
     }
 }
 
 void modelGetLCBListAll(GenNode *lnNode, scl::LN *ln) {
-    for (const scl::LogControl &log : records<&scl::LogControl::link>(ln->logControls))
+    for (const scl::LogControl &log : records<&scl::LogControl::link>(ln->logControls)) {
         addBlock(lnNode, "LG", joinName({log.name}).text, CdcLCB, lcbLeaves);
+    }
 }
 
 } // namespace ied

@@ -26,8 +26,9 @@ template <class T> T *poolNew() {
 
 // `reference` from its first "/" on behind `device`, at most `room` characters; null for null.
 char *rebase(const char *reference, const char *device, std::size_t room) {
-    if (reference == nullptr)
+    if (reference == nullptr) {
         return nullptr;
+    }
     const char *slash = std::strchr(reference, '/');
     const std::string text = (std::string(device) + (slash != nullptr ? slash : "")).substr(0, room);
     return sclText(text.c_str(), "copyLogicDevice", "gMalloc for name failed!\r\n");
@@ -41,15 +42,17 @@ bool isOfDevice(const char *reference, const char *device) {
 // The records of a list that match, as they are before any copy is appended.
 template <auto link, class Match, class Copy> void copyMatching(ListHead *head, Match match, Copy copy) {
     ListLink *last = listLast(head);
-    if (last == head)
+    if (last == head) {
         return;
+    }
     for (auto &record : records<link>(*head)) {
         if (match(record)) {
             auto *made = copy(record);
             listAddTail(&(made->*link), head);
         }
-        if (&(record.*link) == last)
+        if (&(record.*link) == last) {
             return;
+        }
     }
 }
 
@@ -57,8 +60,9 @@ template <auto link, class Match> void removeMatching(ListHead *head, Match matc
     using T = typename MemberOwner<decltype(link)>::type;
     for (ListLink *at = head->next; at != nullptr;) {
         ListLink *next = at->next;
-        if (match(*listRecord<T, link>(at)))
+        if (match(*listRecord<T, link>(at))) {
             listDel(at, head);
+        }
         at = next;
     }
 }
@@ -85,8 +89,9 @@ void copyDs(const char *source, const char *target) {
 }
 
 char *copyReportId(char *rtpID, const char *targetInst) {
-    if (rtpID == nullptr || std::strchr(rtpID, '/') == nullptr)
+    if (rtpID == nullptr || std::strchr(rtpID, '/') == nullptr) {
         return rtpID;
+    }
     return rebase(rtpID, targetInst, referenceRoom);
 }
 
@@ -135,28 +140,33 @@ void copyWhole(GenNode *source, GenNode *target) {
 
 void _copyNode(GenNode *source, GenNode *target, void *context) {
     copyWhole(source, target);
-    if (source->value != nullptr)
+    if (source->value != nullptr) {
         target->value = nodeValueCopy(source, context);
-    if (source->sAddr != nullptr)
+    }
+    if (source->sAddr != nullptr) {
         target->sAddr = nodeSaddrCopy(source, context);
+    }
 }
 
 void insertBehind(GenNode *place, GenNode *node) {
     node->parent = place->parent;
     node->sibling = place->sibling;
     place->sibling = node;
-    if (place->parent->lastChild == place)
+    if (place->parent->lastChild == place) {
         place->parent->lastChild = node;
+    }
 }
 
 void modelTreeRemove(GenNode *node) {
     GenNode *parent = node->parent;
     GenNode *before = nullptr;
-    for (GenNode *at = parent->child; at != node; at = at->sibling)
+    for (GenNode *at = parent->child; at != node; at = at->sibling) {
         before = at;
+    }
     (before != nullptr ? before->sibling : parent->child) = node->sibling;
-    if (parent->lastChild == node)
+    if (parent->lastChild == node) {
         parent->lastChild = before;
+    }
     node->parent = node->sibling = nullptr;
 }
 
@@ -177,8 +187,9 @@ void copySGtoSE(GenNode *source, GenNode *target, void *) {
 
 void modelTreeCopy(GenNode *source, GenNode *target, GenNode *parent,
                    void (*copier)(GenNode *source, GenNode *target, void *context), void *context) {
-    if (source == nullptr)
+    if (source == nullptr) {
         return;
+    }
     copier(source, target, context);
     target->parent = parent;
     target->child = target->lastChild = target->sibling = nullptr;
@@ -193,8 +204,9 @@ void modelTreeCopy(GenNode *source, GenNode *target, GenNode *parent,
 GenNode *searchLogicDevice(const char *inst) {
     const NodeName name = deviceName(inst);
     for (GenNode *device = lds.child; device != nullptr; device = device->sibling) {
-        if (std::strcmp(device->name, name.text) == 0)
+        if (std::strcmp(device->name, name.text) == 0) {
             return device;
+        }
     }
     return nullptr;
 }

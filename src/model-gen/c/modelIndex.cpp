@@ -36,8 +36,9 @@ bool indexHas(const void *list) {
 }
 
 void indexOpen(const void *list) {
-    if (index == nullptr)
+    if (index == nullptr) {
         index = new Index;
+    }
     index->lists.insert(list);
 }
 
@@ -59,17 +60,21 @@ void indexForget() {
 GenNode *findChild(GenNode *parent, const char *name) {
     int walked = 0;
     for (GenNode *child = parent->child; child != nullptr; child = child->sibling) {
-        if (walked++ == indexAfter)
+        if (walked++ == indexAfter) {
             break;
-        if (nameIs(child->name, name))
+        }
+        if (nameIs(child->name, name)) {
             return child;
+        }
     }
-    if (walked <= indexAfter)
+    if (walked <= indexAfter) {
         return nullptr;
+    }
     if (!indexHas(parent)) {
         indexOpen(parent);
-        for (GenNode *child = parent->child; child != nullptr; child = child->sibling)
+        for (GenNode *child = parent->child; child != nullptr; child = child->sibling) {
             indexPut(parent, child->name, child);
+        }
     }
     return static_cast<GenNode *>(indexGet(parent, name));
 }
@@ -77,8 +82,9 @@ GenNode *findChild(GenNode *parent, const char *name) {
 GenNode *makeChild(GenNode *parent, const char *name, const char *fc, u8 nodeType, u8 level) {
     GenNode *child = modelFillElem(parent, name, fc, nodeType);
     child->level = level;
-    if (indexHas(parent))
+    if (indexHas(parent)) {
         indexPut(parent, child->name, child);
+    }
     return child;
 }
 

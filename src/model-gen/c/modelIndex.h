@@ -33,22 +33,27 @@ inline bool nameIs(const char *candidate, const char *name) {
 template <auto link, auto field> auto *findNamed(TailedList &list, const char *name) {
     using T = typename MemberOwner<decltype(link)>::type;
     T *none = nullptr;
-    if (name == nullptr)
+    if (name == nullptr) {
         return none;
+    }
     int walked = 0;
     for (T &record : records<link>(list)) {
-        if (walked++ == indexAfter)
+        if (walked++ == indexAfter) {
             break;
-        if (nameIs(record.*field, name))
+        }
+        if (nameIs(record.*field, name)) {
             return &record;
+        }
     }
-    if (walked <= indexAfter)
+    if (walked <= indexAfter) {
         return none;
+    }
     if (!indexHas(&list)) {
         indexOpen(&list);
         for (T &record : records<link>(list)) {
-            if (record.*field != nullptr)
+            if (record.*field != nullptr) {
                 indexPut(&list, record.*field, &record);
+            }
         }
     }
     return static_cast<T *>(indexGet(&list, name));

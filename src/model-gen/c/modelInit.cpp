@@ -16,8 +16,9 @@ namespace {
 void readFile(const char *path) {
     parse(path);
     getICD();
-    if (listEmpty(&LDeviceHead))
+    if (listEmpty(&LDeviceHead)) {
         sclFault(0, "no LDevice below SCL/IED/AccessPoint/Server: is this an SCL file of kind ICD?");
+    }
 }
 
 void buildDevice(scl::LDevice *device) {
@@ -33,11 +34,13 @@ void buildDevice(scl::LDevice *device) {
 void build(const char *path) {
     readFile(path);
     lds.nodeType = TypeInner;
-    for (scl::LDevice &device : records<&scl::LDevice::link>(LDeviceHead))
+    for (scl::LDevice &device : records<&scl::LDevice::link>(LDeviceHead)) {
         buildDevice(&device);
+    }
     _modelReorgnize(&lds);
-    for (GenNode *device = lds.child; device != nullptr; device = device->sibling)
+    for (GenNode *device = lds.child; device != nullptr; device = device->sibling) {
         _modelReorgnize(device);
+    }
     modelGetGooseMap();
     indexForget();
 }

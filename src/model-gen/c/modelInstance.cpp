@@ -16,8 +16,9 @@ constexpr std::size_t enumTextSize = 10;
 // A configured enumeration as digits; "0" for a word that does not resolve.
 char *enumText(const char *digits, const char *funcName) {
     char *value = static_cast<char *>(sclAlloc(enumTextSize, funcName, "gMalloc for value failed!\r\n"));
-    if (digits == nullptr)
+    if (digits == nullptr) {
         digits = "0";
+    }
     std::memcpy(value, digits, strnlen(digits, enumTextSize - 1));
     return value;
 }
@@ -85,8 +86,9 @@ scl::Instances *getDOI(scl::LN *ln, const char *name) {
 }
 
 scl::Instances *getSDI(scl::Instances *owner, const char *name) {
-    if (owner == nullptr)
+    if (owner == nullptr) {
         return nullptr;
+    }
     scl::SDI *sdi = findNamed<&scl::SDI::link, &scl::SDI::name>(owner->sdi, name);
     return sdi != nullptr ? &sdi->below : nullptr;
 }
@@ -96,17 +98,21 @@ scl::DAI *getDAI(scl::Instances *owner, const char *name) {
 }
 
 const char *getEnumValue(const char *typeId, const char *text) {
-    if (typeId == nullptr || text == nullptr)
+    if (typeId == nullptr || text == nullptr) {
         return nullptr;
-    if (*text == '+' || *text == '-' || (*text >= '0' && *text <= '9'))
+    }
+    if (*text == '+' || *text == '-' || (*text >= '0' && *text <= '9')) {
         return text;
+    }
     scl::EnumType *type = findNamed<&scl::EnumType::link, &scl::EnumType::id>(EnumTypeHead, typeId);
     for (; type != nullptr; type = listRecord<scl::EnumType, &scl::EnumType::link>(type->link.next)) {
-        if (!nameIs(type->id, typeId))
+        if (!nameIs(type->id, typeId)) {
             continue;
+        }
         const scl::EnumVal *value = findNamed<&scl::EnumVal::link, &scl::EnumVal::text>(type->vals, text);
-        if (value != nullptr)
+        if (value != nullptr) {
             return value->ord;
+        }
     }
     dbInfoRaw("%s : Find enum failed! type id is : %s, desc is %s \n", "getEnumValue", typeId, text);
     return nullptr;
@@ -119,25 +125,30 @@ u8 getTrgOps(const scl::DA *da) {
 
 void modelGetDAIAddr(const scl::DA *da, GenNode *node, scl::Instances *instances) {
     const scl::DAI *dai = getDAI(instances, node->name);
-    if (dai != nullptr)
+    if (dai != nullptr) {
         node->sAddr = dai->sAddr;
+    }
     if (!isEnum(da->bType)) {
-        if (dai != nullptr && dai->val != nullptr)
+        if (dai != nullptr && dai->val != nullptr) {
             node->value = dai->val;
+        }
         return;
     }
-    if (dai == nullptr && node->value == nullptr)
+    if (dai == nullptr && node->value == nullptr) {
         return;
+    }
     const char *digits = getEnumValue(da->type, da->val);
-    if (dai != nullptr && dai->val != nullptr)
+    if (dai != nullptr && dai->val != nullptr) {
         digits = getEnumValue(da->type, dai->val);
+    }
     node->value = enumText(digits, "modelGetDAIAddr");
 }
 
 void modelGetBDAAddr(const scl::BDA *bda, GenNode *node, scl::Instances *instances) {
     const scl::DAI *dai = getDAI(instances, node->name);
-    if (dai == nullptr)
+    if (dai == nullptr) {
         return;
+    }
     node->sAddr = dai->sAddr;
     node->value =
         isEnum(bda->bType) ? enumText(getEnumValue(bda->type, dai->val), "modelGetBDAAddr") : dai->val;

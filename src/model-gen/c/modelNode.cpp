@@ -19,20 +19,23 @@ void *gMalloc(u32 size) {
 void addAsChild(GenNode *parent, GenNode *child) {
     child->parent = parent;
     child->sibling = nullptr;
-    if (parent->child == nullptr)
+    if (parent->child == nullptr) {
         parent->child = child;
-    else
+    } else {
         parent->lastChild->sibling = child;
+    }
     parent->lastChild = child;
 }
 
 GenNode *modelFillElem(GenNode *parent, const char *name, const char *fc, u8 nodeType) {
     auto *node =
         static_cast<GenNode *>(sclAlloc(sizeof(GenNode), "modelFillElem", "gMalloc for GenNode failed!\r\n"));
-    if (name != nullptr)
+    if (name != nullptr) {
         std::memcpy(node->name, name, strnlen(name, sizeof node->name - 1));
-    if (fc != nullptr)
+    }
+    if (fc != nullptr) {
         node->fc = getFCType(fc);
+    }
     node->nodeType = nodeType;
     node->level = LevelLeaf;
     addAsChild(parent, node);
@@ -58,8 +61,9 @@ NodeName lnName(const scl::LN *ln) {
 
 void modelForget() {
     lds = {};
-    for (TailedList *list : {&PreDefDsHead, &ReportCfgHead, &LCBHead})
+    for (TailedList *list : {&PreDefDsHead, &ReportCfgHead, &LCBHead}) {
         *list = {};
+    }
     sclForget();
     documentForget();
     indexForget();

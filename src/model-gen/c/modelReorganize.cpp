@@ -14,8 +14,9 @@ namespace {
 void relink(GenNode *parent, std::span<GenNode *const> children) {
     parent->child = parent->lastChild = nullptr;
     for (GenNode *child : children) {
-        if (child != nullptr)
+        if (child != nullptr) {
             addAsChild(parent, child);
+        }
     }
 }
 
@@ -31,22 +32,26 @@ GenNode *copyToSE(GenNode *lnNode, GenNode *settingGroup) {
 
 void reorgnizeLNFCList(GenNode *lnNode) {
     GenNode *slots[FcEX + 1] = {};
-    for (GenNode *group = lnNode->child; group != nullptr; group = group->sibling)
+    for (GenNode *group = lnNode->child; group != nullptr; group = group->sibling) {
         slots[group->fc] = group;
-    if (slots[FcSG] != nullptr)
+    }
+    if (slots[FcSG] != nullptr) {
         slots[FcSE] = copyToSE(lnNode, slots[FcSG]);
+    }
     relink(lnNode, slots);
 }
 
 void _modelReorgnize(GenNode *node) {
     u32 count = 0;
-    for (GenNode *child = node->child; child != nullptr; child = child->sibling)
+    for (GenNode *child = node->child; child != nullptr; child = child->sibling) {
         ++count;
+    }
     auto *children = static_cast<GenNode **>(
         sclAlloc(count * sizeof(GenNode *), "_modelReorgnize", "gMalloc for GenNode failed!\r\n"));
     u32 filled = 0;
-    for (GenNode *child = node->child; child != nullptr; child = child->sibling)
+    for (GenNode *child = node->child; child != nullptr; child = child->sibling) {
         children[filled++] = child;
+    }
     std::stable_sort(children, children + count,
                      [](const GenNode *a, const GenNode *b) { return std::strcmp(a->name, b->name) < 0; });
     relink(node, {children, count});

@@ -72,10 +72,11 @@ void readKinds(const tree_node *node, T *record, std::type_identity_t<std::span<
                 break;
             }
         }
-        if (found != nullptr)
+        if (found != nullptr) {
             record->*found->field = child->data;
-        else
+        } else {
             unknownAttr(reader, 1, kind != nullptr ? kind : "");
+        }
     }
 }
 
@@ -90,8 +91,9 @@ void getPhysConn(tree_node *node, AP *ap) {
 
 void getSMV(tree_node *node, AP *ap) {
     readAttrs(node, &ap->SMV, gseAttrs, reader);
-    if (node->child != nullptr && isEl(node->child, "Address"))
+    if (node->child != nullptr && isEl(node->child, "Address")) {
         readKinds(node->child, &ap->SMV, multicastKinds);
+    }
 }
 
 void getTimeLimit(const tree_node *node, scl::TimeLimit *limit) {
@@ -103,12 +105,13 @@ void getGSE(tree_node *node, AP *ap) {
     auto *gse = newRecord<&scl::GSE::link>(&ap->gse, reader, "gMalloc for GSE failed!\r\n");
     readAttrs(node, gse, gseAttrs, reader);
     for (const tree_node *child = node->child; child != nullptr; child = child->sibling) {
-        if (isEl(child, "Address"))
+        if (isEl(child, "Address")) {
             readKinds(child, gse, multicastKinds);
-        else if (isEl(child, "MinTime"))
+        } else if (isEl(child, "MinTime")) {
             getTimeLimit(child, &gse->MinTime);
-        else if (isEl(child, "MaxTime"))
+        } else if (isEl(child, "MaxTime")) {
             getTimeLimit(child, &gse->MaxTime);
+        }
     }
 }
 
@@ -120,16 +123,19 @@ constexpr ChildRow<AP> connectedAPChildren[] = {
 } // namespace
 
 void getComm(tree_node *node) {
-    if (node == nullptr || !isEl(node, "Communication"))
+    if (node == nullptr || !isEl(node, "Communication")) {
         return;
-    for (tree_node *child = node->child; child != nullptr; child = child->sibling)
+    }
+    for (tree_node *child = node->child; child != nullptr; child = child->sibling) {
         getCommList(child);
+    }
     Comm.subNetworks = &SubNetworkHead;
 }
 
 void getCommList(tree_node *node) {
-    if (node == nullptr || !isEl(node, "SubNetwork"))
+    if (node == nullptr || !isEl(node, "SubNetwork")) {
         return;
+    }
     auto *network =
         newRecord<&scl::SubNetwork::link>(&SubNetworkHead, reader, "gMalloc for subnetwork failed!\r\n");
     readAttrs(node, network, subNetworkAttrs, reader);

@@ -111,12 +111,14 @@ void getLogContrl(tree_node *node, scl::LN *ln) {
     log->line = node->line;
     readAttrs(node, log, logAttrs, "getLogContrl");
     const tree_node *first = node->child;
-    if (first == nullptr)
+    if (first == nullptr) {
         return;
-    if (isEl(first, "TrgOps"))
+    }
+    if (isEl(first, "TrgOps")) {
         readAttrs(first, &log->TrgOps, logTriggers, "getLogContrl");
-    else
+    } else {
         unknownEl("getLogContrl", first);
+    }
 }
 
 void getInputs(tree_node *node, scl::LN *ln) {

@@ -2,10 +2,10 @@
 
 #include "model-gen/c/documentTree.h"
 #include "model-gen/c/genNode.h"
+#include "platform/platform.h"
 
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -16,10 +16,11 @@ namespace {
 void writeDetail(unsigned long line, const char *format, va_list arguments) {
     char text[1024];
     std::vsnprintf(text, sizeof text, format, arguments);
-    if (line != 0)
+    if (line != 0) {
         std::fprintf(stderr, "%s:%lu: %s\n", parsedFile(), line, text);
-    else
+    } else {
         std::fprintf(stderr, "%s: %s\n", parsedFile(), text);
+    }
 }
 
 } // namespace
@@ -36,7 +37,7 @@ void sclFault(unsigned long line, const char *format, ...) {
     va_start(arguments, format);
     writeDetail(line, format, arguments);
     va_end(arguments);
-    std::exit(-1);
+    processExit(-1);
 }
 
 void *sclAlloc(std::size_t size, const char *funcName, const char *ifNull) {
@@ -45,7 +46,7 @@ void *sclAlloc(std::size_t size, const char *funcName, const char *ifNull) {
     void *block = gMalloc(static_cast<u32>(size < most ? size : most));
     if (block == nullptr) {
         std::fprintf(stderr, "%s : %s", funcName, ifNull);
-        std::exit(-1);
+        processExit(-1);
     }
     return block;
 }

@@ -117,32 +117,38 @@ constexpr ChildRow<scl::Icd> sections[] = {
 } // namespace
 
 void getICD() {
-    if (treeRoot != nullptr)
+    if (treeRoot != nullptr) {
         readChildren(treeRoot, &icd, sections, "getICD");
+    }
     icd = {&Header, &Comm, &IED, &Templates};
 }
 
 void getInfoHead(tree_node *node) {
-    if (node == nullptr || !isEl(node, "Header"))
+    if (node == nullptr || !isEl(node, "Header")) {
         return;
+    }
     readAttrs(node, &Header, headerAttrs, "getInfoHead");
     tree_node *history = node->child;
-    while (history != nullptr && !isEl(history, "History"))
+    while (history != nullptr && !isEl(history, "History")) {
         history = history->sibling;
-    if (history == nullptr)
+    }
+    if (history == nullptr) {
         return;
+    }
     for (tree_node *child = history->child; child != nullptr; child = child->sibling) {
-        if (isEl(child, "Hitem"))
+        if (isEl(child, "Hitem")) {
             readAttrs(
                 child,
                 newRecord<&scl::Hitem::link>(&Header.history, "getInfoHead", "gMalloc for item failed!\r\n"),
                 hitemAttrs, "getInfoHead");
+        }
     }
 }
 
 void getIED(tree_node *node) {
-    if (node == nullptr || !isEl(node, "IED"))
+    if (node == nullptr || !isEl(node, "IED")) {
         return;
+    }
     IED.iedResources = &IedResources;
     IED.gooseSubscription = &GooseSubscriptionHead;
     readAttrs(node, &IED, iedAttrs, "getIED");
@@ -152,8 +158,9 @@ void getIED(tree_node *node) {
 void getAP(tree_node *node, scl::AccessPoint *accessPoint) {
     readAttrs(node, accessPoint, accessPointAttrs, "getAP");
     const tree_node *server = node->child;
-    if (server == nullptr)
+    if (server == nullptr) {
         return;
+    }
     if (!isEl(server, "Server")) {
         unknownEl("getAP", server);
         return;

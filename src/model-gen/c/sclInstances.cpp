@@ -48,8 +48,9 @@ void getSDI(tree_node *node, scl::Instances *owner) {
 void getDAI(tree_node *node, scl::Instances *owner) {
     auto *dai = newRecord<&scl::DAI::link>(&owner->dai, "getDAI", "gMalloc for DAI failed!\r\n");
     readAttrs(node, dai, daiAttrs, "getDAI");
-    if (node->child != nullptr && isEl(node->child, "Val"))
+    if (node->child != nullptr && isEl(node->child, "Val")) {
         dai->val = node->child->data;
+    }
 }
 
 } // namespace ied

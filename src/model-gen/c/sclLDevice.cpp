@@ -73,8 +73,9 @@ void getGSEControl(tree_node *node, scl::LDevice *device) {
 
 void getSampledValueControl(tree_node *node, scl::LDevice *device) {
     readAttrs(node, &device->SampledValueControl, sampledValueAttrs, reader);
-    if (node->child != nullptr)
+    if (node->child != nullptr) {
         readAttrs(node->child, &device->SampledValueControl, sampledValueOptions, reader);
+    }
 }
 
 void getSettingControl(tree_node *node, scl::LDevice *device) {
@@ -130,8 +131,9 @@ constexpr ChildRow<scl::LDevice> deviceChildren[] = {
 } // namespace
 
 void getLDeviceList(tree_node *node) {
-    if (node == nullptr || !isEl(node, "LDevice"))
+    if (node == nullptr || !isEl(node, "LDevice")) {
         return;
+    }
     auto *device = newRecord<&scl::LDevice::link>(&LDeviceHead, reader, "gMalloc for dev failed!\r\n");
     device->line = node->line;
     readAttrs(node, device, deviceAttrs, reader);

@@ -102,8 +102,9 @@ constexpr Section privateSections[] = {
 
 void getPrivate(tree_node *node) {
     const char *kind = firstAttrValue(node);
-    if (kind == nullptr)
+    if (kind == nullptr) {
         return;
+    }
     for (const Section &row : privateSections) {
         if (sameText(kind, row.kind)) {
             row.read(node);
@@ -114,17 +115,19 @@ void getPrivate(tree_node *node) {
 }
 
 void getOrvPrivate(tree_node *node, TailedList *list) {
-    for (const tree_node *child = node->child; child != nullptr; child = child->sibling)
+    for (const tree_node *child = node->child; child != nullptr; child = child->sibling) {
         readAttrs(
             child,
             newRecord<&scl::OrvConfig_t::link>(list, "getOrvPrivate", "gMalloc for OrvConfig_t failed!\n"),
             configAttrs, "getOrvPrivate");
+    }
 }
 
 void getIniConf(tree_node *node, TailedList *store) {
     for (tree_node *child = node->child; child != nullptr; child = child->sibling) {
-        if (attrValue(child, "name") == nullptr)
+        if (attrValue(child, "name") == nullptr) {
             continue;
+        }
         auto *section =
             newRecord<&scl::ConfSection::link>(store, "getIniConf", "gMalloc for OrvConfig_t failed!\n");
         readAttrs(child, section, sectionAttrs, "getIniConf");
@@ -144,10 +147,11 @@ void getGooseSubscription(tree_node *node, TailedList *head) {
         for (const tree_node *item = child->child; item != nullptr; item = item->sibling) {
             auto *entry = newRecord<&scl::GooseRxEntry::link>(&subscription->entries, reader,
                                                               "gMalloc for GooseRxEntry failed!\n");
-            if (isEl(item, "eorv:GooseRxEntry"))
+            if (isEl(item, "eorv:GooseRxEntry")) {
                 readAttrs(item, entry, rxEntryAttrs, reader);
-            else
+            } else {
                 unknownEl(reader, item);
+            }
         }
     }
 }

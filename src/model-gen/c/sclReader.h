@@ -57,10 +57,11 @@ void readAttrs(const tree_node *node, T *record, std::type_identity_t<std::span<
                 break;
             }
         }
-        if (found != nullptr)
+        if (found != nullptr) {
             record->*found->field = node->attr[i + 1];
-        else
+        } else {
             unknownAttr(funcName, i, node->attr[i], crLf);
+        }
     }
 }
 
@@ -76,12 +77,13 @@ void readChildren(const tree_node *node, T *record, std::type_identity_t<std::sp
                 break;
             }
         }
-        if (found == nullptr)
+        if (found == nullptr) {
             unknownEl(funcName, child);
-        else if (found->read == nullptr)
+        } else if (found->read == nullptr) {
             ignoreMessage(funcName, child);
-        else
+        } else {
             found->read(child, record);
+        }
     }
 }
 

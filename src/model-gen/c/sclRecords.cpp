@@ -23,11 +23,13 @@ TailedList GooseSubscriptionHead;
 TailedList GooseMapInitHead;
 
 scl::ConfSection *getConfSection(const char *name) {
-    if (name == nullptr)
+    if (name == nullptr) {
         return nullptr;
+    }
     for (scl::ConfSection &section : records<&scl::ConfSection::link>(OrvPrivate.iniConf)) {
-        if (std::strcmp(section.name, name) == 0)
+        if (std::strcmp(section.name, name) == 0) {
             return &section;
+        }
     }
     return nullptr;
 }
@@ -41,8 +43,9 @@ void sclForget() {
     OrvPrivate = {};
     IedResources = {};
     for (TailedList *list : {&LDeviceHead, &LNodeTypeHead, &DOTypeHead, &DATypeHead, &EnumTypeHead,
-                             &SubNetworkHead, &GooseSubscriptionHead, &GooseMapInitHead})
+                             &SubNetworkHead, &GooseSubscriptionHead, &GooseMapInitHead}) {
         *list = {};
+    }
 }
 
 } // namespace ied

@@ -123,12 +123,14 @@ bool getRecord(const tree_node *node, S *services) {
 
 void getServices(tree_node *node, scl::Services *services) {
     for (const tree_node *child = node->child; child != nullptr; child = child->sibling) {
-        if (getFlag(child, services) || getRecord(child, services))
+        if (getFlag(child, services) || getRecord(child, services)) {
             continue;
-        if (isEl(child, "Private"))
+        }
+        if (isEl(child, "Private")) {
             ignoreMessage("getServices", child);
-        else
+        } else {
             unknownEl("getServices", child);
+        }
     }
 }
 

@@ -60,9 +60,10 @@ constexpr std::size_t maxNameLength = 30; // of a component of an MMS name, so t
 // The name of a component of the model, or the end.
 void checkName(const tree_node *node, const char *kind, const char *ownerId) {
     const char *name = attrValue(node, "name");
-    if (name != nullptr && std::strlen(name) > maxNameLength)
+    if (name != nullptr && std::strlen(name) > maxNameLength) {
         sclFault(node->line, "%s name \"%.100s\" of type \"%.60s\" has %zu octets, %zu are the most", kind,
                  name, shownText(ownerId), std::strlen(name), maxNameLength);
+    }
 }
 
 // True if the element is an entry with the attribute that the model cannot do without; else it is
@@ -88,8 +89,9 @@ void getSDO(const tree_node *node, scl::DOType *type) {
 }
 
 void getDA(const tree_node *node, scl::DOType *type) {
-    if (!isEntry(node, "bType", "DA", "getDOType"))
+    if (!isEntry(node, "bType", "DA", "getDOType")) {
         return;
+    }
     checkName(node, "DA", type->id);
     auto *da = newRecord<&scl::DA::link>(&type->das, "getDOType", "gMalloc for DA failed!\r\n");
     da->line = node->line;
@@ -116,19 +118,22 @@ void getTemplate(tree_node *node) {
             return;
         }
     }
-    if (isEl(node, "Private"))
+    if (isEl(node, "Private")) {
         ignoreMessage("getTemplateList", node);
-    else
+    } else {
         unknownEl("getTemplateList", node);
+    }
 }
 
 } // namespace
 
 void getTemplateList(tree_node *node) {
-    if (node == nullptr || !isEl(node, "DataTypeTemplates"))
+    if (node == nullptr || !isEl(node, "DataTypeTemplates")) {
         return;
-    for (tree_node *child = node->child; child != nullptr; child = child->sibling)
+    }
+    for (tree_node *child = node->child; child != nullptr; child = child->sibling) {
         getTemplate(child);
+    }
     Templates = {&LNodeTypeHead, &DOTypeHead, &DATypeHead, &EnumTypeHead};
 }
 
@@ -138,8 +143,9 @@ void getLNodeType(tree_node *node) {
     type->line = node->line;
     readAttrs(node, type, lNodeTypeAttrs, "getLNodeType");
     for (const tree_node *child = node->child; child != nullptr; child = child->sibling) {
-        if (!isEntry(child, "type", "DO", "getLNodeType"))
+        if (!isEntry(child, "type", "DO", "getLNodeType")) {
             continue;
+        }
         checkName(child, "DO", type->id);
         auto *dataObject =
             newRecord<&scl::DO::link>(&type->dos, "getLNodeType", "gMalloc for DO failed!\r\n");
@@ -153,12 +159,13 @@ void getDOType(tree_node *node) {
     type->line = node->line;
     readAttrs(node, type, doTypeAttrs, "getDOType");
     for (const tree_node *child = node->child; child != nullptr; child = child->sibling) {
-        if (isEl(child, "SDO"))
+        if (isEl(child, "SDO")) {
             getSDO(child, type);
-        else if (isEl(child, "DA"))
+        } else if (isEl(child, "DA")) {
             getDA(child, type);
-        else
+        } else {
             std::fprintf(stderr, "%s : Unkown type!\r\n", "getDOType");
+        }
     }
 }
 
@@ -167,8 +174,9 @@ void getDAType(tree_node *node) {
     type->line = node->line;
     readAttrs(node, type, daTypeAttrs, "getDAType");
     for (const tree_node *child = node->child; child != nullptr; child = child->sibling) {
-        if (!isEntry(child, "bType", "BDA", "getDAType"))
+        if (!isEntry(child, "bType", "BDA", "getDAType")) {
             continue;
+        }
         checkName(child, "BDA", type->id);
         auto *bda = newRecord<&scl::BDA::link>(&type->bdas, "getDAType", "gMalloc for bda failed!\r\n");
         bda->line = child->line;

@@ -136,8 +136,9 @@ i8 dispatch(const Request *request, Response *response, u8 clientId) {
 i8 confirmedServiceProc(const ConfirmedServiceRequest *serviceRequest,
                         ConfirmedServiceResponse *serviceResponse, u8 clientId) {
     if (serviceRequest == nullptr || serviceRequest->choiceId >= serviceLimit ||
-        clientStat[clientId].supportServ[serviceRequest->choiceId] == 0 || lacksBody(serviceRequest))
+        clientStat[clientId].supportServ[serviceRequest->choiceId] == 0 || lacksBody(serviceRequest)) {
         return serviceReject;
+    }
     return dispatch(serviceRequest, serviceResponse, clientId);
 }
 

@@ -12,23 +12,27 @@ namespace ied {
 SemId semDataSets = nullptr;
 
 DataSetsRead::DataSetsRead() {
-    if (semDataSets != nullptr)
+    if (semDataSets != nullptr) {
         semRTake(semDataSets, WAIT_FOREVER);
+    }
 }
 
 DataSetsRead::~DataSetsRead() {
-    if (semDataSets != nullptr)
+    if (semDataSets != nullptr) {
         semGive(semDataSets);
+    }
 }
 
 DataSetsWrite::DataSetsWrite() {
-    if (semDataSets != nullptr)
+    if (semDataSets != nullptr) {
         semWTake(semDataSets, WAIT_FOREVER);
+    }
 }
 
 DataSetsWrite::~DataSetsWrite() {
-    if (semDataSets != nullptr)
+    if (semDataSets != nullptr) {
         semGive(semDataSets);
+    }
 }
 
 NameText::NameText(const ObjectName *name) : text("unknown member") {
@@ -50,8 +54,9 @@ AsnList *dataSetsOf(const GenNode *ld) {
 AsnListElement *findElement(const GenNode *ld, const ObjectName *name) {
     const AsnList *list = dataSetsOf(ld);
     AsnListElement *element = list == nullptr ? nullptr : list->first;
-    while (element != nullptr && !objectNameCmp(asnListValue<DataSet>(element)->name, name))
+    while (element != nullptr && !objectNameCmp(asnListValue<DataSet>(element)->name, name)) {
         element = element->next;
+    }
     return element;
 }
 
@@ -64,19 +69,22 @@ bool findLd(const ObjectName *name, GenNode **ld) {
 
 bool searchDsByObjName(const ObjectName *objectName, DataSet **dataSetOut) {
     GenNode *ld = nullptr;
-    if (!findLd(objectName, &ld))
+    if (!findLd(objectName, &ld)) {
         return false;
+    }
     const AsnListElement *element = findElement(ld, objectName);
-    if (element == nullptr)
+    if (element == nullptr) {
         return false;
+    }
     *dataSetOut = *static_cast<DataSet *const *>(asnListPayload(element));
     return true;
 }
 
 bool searchDsByStr(const char *reference, DataSet **dataSetOut) {
     const char *slash = std::strchr(reference, '/');
-    if (slash == nullptr)
+    if (slash == nullptr) {
         return false;
+    }
     const auto view = [](const char *text, std::size_t length) {
         return AsnOcts{static_cast<u32>(length), reinterpret_cast<u8 *>(const_cast<char *>(text))};
     };
@@ -90,28 +98,33 @@ bool searchDsByStr(const char *reference, DataSet **dataSetOut) {
 
 u32 getTotalDSNum() {
     u32 total = 0;
-    for (const GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling)
-        if (const AsnList *list = dataSetsOf(ld))
+    for (const GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling) {
+        if (const AsnList *list = dataSetsOf(ld)) {
             total += list->count;
+        }
+    }
     return total;
 }
 
 bool getDsList(AsnList *list, const AsnOcts *domainName, const AsnOcts *) {
     GenNode *ld = nullptr;
     const AsnList *dataSets = searchLdByOcts(domainName, &ld) ? dataSetsOf(ld) : nullptr;
-    if (dataSets == nullptr || dataSets->first == nullptr)
+    if (dataSets == nullptr || dataSets->first == nullptr) {
         return false;
-    for (AsnListElement *element = dataSets->first; element != nullptr; element = element->next)
+    }
+    for (AsnListElement *element = dataSets->first; element != nullptr; element = element->next) {
         octsCopy(asnListPush(list, MallocOf<AsnOcts>()),
                  &asnListValue<DataSet>(element)->name->domain_specific->itemId);
+    }
     return true;
 }
 
 int checkDsName(const ObjectName *objectName) {
     constexpr const char *function = "checkDsName";
     const ObjectNameSeq *parts = domainSpecific(objectName);
-    if (parts == nullptr)
+    if (parts == nullptr) {
         return -1;
+    }
     GenNode *ld = nullptr;
     if (!searchLdByOcts(&parts->domainId, &ld)) {
         dbInfo(DbDAT, DbERR, function, "Fail to find LD of \"%s\"!", NameText(objectName).text);
@@ -138,15 +151,18 @@ int checkDsName(const ObjectName *objectName) {
 
 bool deleteDs(const ObjectName *objectName, u32 *matchedCount, u32 *deletedCount) {
     GenNode *ld = nullptr;
-    if (!findLd(objectName, &ld))
+    if (!findLd(objectName, &ld)) {
         return false;
+    }
     AsnListElement *element = findElement(ld, objectName);
-    if (element == nullptr)
+    if (element == nullptr) {
         return true;
+    }
     ++*matchedCount;
     auto *dataSet = asnListValue<DataSet>(element);
-    if (dataSet->isDynamic == 0 || dataSet->refCount != 0)
+    if (dataSet->isDynamic == 0 || dataSet->refCount != 0) {
         return true;
+    }
     AsnList *list = dataSetsOf(ld);
     list->curr = element;
     AsnListRemove(list);

@@ -16,14 +16,14 @@ namespace ied {
 struct PreDefDs;
 
 struct DataSet {
-    ObjectName *name;   // domain-specific
-    AsnList *members;   // of ObjectName
-    AsnList *nodes;     // of GenNode, in the order of members
+    ObjectName *name; // domain-specific
+    AsnList *members; // of ObjectName
+    AsnList *nodes;   // of GenNode, in the order of members
     u16 memberNum;
-    u16 daiNum;         // leaves under all members
-    u32 size;           // bytes of one report entry
+    u16 daiNum; // leaves under all members
+    u32 size;   // bytes of one report entry
     u32 isDynamic;
-    u8 refCount;        // control blocks that hold it
+    u8 refCount; // control blocks that hold it
 };
 
 // One entry of a report ring, as getDsSize measures it.

@@ -21,8 +21,9 @@ struct LeafCounter {
     u32 leaves = 0;
 
     Visit visit(GenNode *node, int depth) {
-        if (isWalkedInto(node, depth))
+        if (isWalkedInto(node, depth)) {
             return Visit::descend;
+        }
         ++leaves;
         return Visit::leaf;
     }
@@ -41,8 +42,9 @@ DataSet *newDataSet(u32 isDynamic) {
 // Hangs the record at the end of its device's list, which comes into being with the first one.
 void publishDataSet(GenNode *ld, DataSet *dataSet) {
     auto *list = static_cast<AsnList *>(nodeData(ld));
-    if (list == nullptr)
+    if (list == nullptr) {
         publish(ld->data, list = asnListNewPtr());
+    }
     asnListPush(list, dataSet);
 }
 
@@ -78,8 +80,9 @@ bool addConfiguredMembers(DataSet *dataSet, const PreDefDs *entry) {
         }
         char domain[512] = {}; // twice maxItemLen, which has 8 bits
         const auto length = static_cast<std::size_t>(slash - member.name);
-        if (length <= 2U * externGlbCfg.maxItemLen)
+        if (length <= 2U * externGlbCfg.maxItemLen) {
             std::memcpy(domain, member.name, length);
+        }
         auto *name = asnListPush(dataSet->members, MallocOf<ObjectName>());
         objectNameFromStr(name, domain, slash + 1);
         GenNode *node = nullptr;
@@ -155,8 +158,9 @@ void allocEntry(const DataSet *dataSet, MemoryPool *pool) {
     entry->reasons = allocInMpArray<u8>(pool, dataSet->memberNum);
     entry->data = allocInMpArray<Data>(pool, dataSet->memberNum);
     Data *member = entry->data;
-    for (AsnListElement *element = dataSet->nodes->first; element != nullptr; element = element->next)
+    for (AsnListElement *element = dataSet->nodes->first; element != nullptr; element = element->next) {
         allocNodeDataInMp(member++, asnListValue<GenNode>(element), pool);
+    }
 }
 
 } // namespace
@@ -186,8 +190,9 @@ u32 dsSizeLimit() {
 }
 
 i64 getDsSize(const DataSet *dataSet) {
-    if (dataSet->nodes->count >= maxCount || dataSet->daiNum == maxCount)
+    if (dataSet->nodes->count >= maxCount || dataSet->daiNum == maxCount) {
         return -1;
+    }
     MemoryPool pool = {};
     mpAlloc(dsSizeLimit(), &pool);
     i64 size = -1;
@@ -203,8 +208,9 @@ i64 getDsSize(const DataSet *dataSet) {
 
 bool initPreDefDS() {
     constexpr const char *function = "initPreDefDS";
-    if (semDataSets == nullptr)
+    if (semDataSets == nullptr) {
         semDataSets = semRWCreate(semQPriority, externGlbCfg.maxClientNum + 3);
+    }
     if (semDataSets == nullptr) {
         dbInfo(DbDAT, DbERR, function, "Create semDataSets failed!");
         return false;
@@ -260,8 +266,9 @@ bool createDynDs(const ObjectName *objectName, const AsnList *listOfVariable) {
     GenNode *ld = nullptr;
     if (objectName == nullptr || objectName->choiceId != ObjectName::domainSpecific ||
         objectName->domain_specific == nullptr ||
-        !searchLdByOcts(&objectName->domain_specific->domainId, &ld))
+        !searchLdByOcts(&objectName->domain_specific->domainId, &ld)) {
         return false;
+    }
     DataSet *dataSet = newDataSet(1);
     objectNameCopy(dataSet->name, objectName);
     if (!addDefinedMembers(dataSet, listOfVariable) || !measureDynDs(dataSet)) {

@@ -10,8 +10,9 @@ constexpr AsnInt domainReady = 2;
 
 i8 getDomainAttrProc(const AsnOcts *request, GetDomainAttributes_Response *response) {
     GenNode *ld = nullptr;
-    if (!searchLdByOcts(request, &ld))
+    if (!searchLdByOcts(request, &ld)) {
         return accessNonExistent;
+    }
     response->state = domainReady;
     response->listOfCapabilities = asnListNewPtr();
     response->listOfProgramInvocations = asnListNewPtr();

@@ -66,21 +66,24 @@ int listClass(AsnList *list, const GetNameList_Request *request, const AsnOcts *
 } // namespace
 
 void getLdList(AsnList *list) {
-    for (const GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling)
+    for (const GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling) {
         appendName(list, ld->name);
+    }
 }
 
 int getItemList(AsnList *list, const AsnOcts *domainName, const AsnOcts *continueAfter) {
     GenNode *node = nullptr;
-    if (!searchLdByOcts(domainName, &node))
+    if (!searchLdByOcts(domainName, &node)) {
         return 0;
+    }
     int depth = 0;
     if (octsView(continueAfter).empty()) {
         node = node->child;
     } else {
         u8 itemDepth = 0;
-        if (!searchNodeByOcts(domainName, continueAfter, &node, &itemDepth))
+        if (!searchNodeByOcts(domainName, continueAfter, &node, &itemDepth)) {
             return 0;
+        }
         depth = itemDepth;
         node = nextNode(node, &depth);
     }
@@ -91,21 +94,25 @@ int getItemList(AsnList *list, const AsnOcts *domainName, const AsnOcts *continu
         appendName(list, path);
         total = static_cast<u16>(total + std::strlen(path) + 2);
         node = nextNode(node, &depth);
-        if (total > pageOctets)
+        if (total > pageOctets) {
             return 2;
+        }
     }
     return 1;
 }
 
 i8 getNameListProc(const GetNameList_Request *request, GetNameList_Response *response) {
-    if (request->extendedObjectClass == nullptr || request->objectScope == nullptr)
+    if (request->extendedObjectClass == nullptr || request->objectScope == nullptr) {
         return serviceReject;
+    }
     response->listOfIdentifier = asnListNewPtr();
     const int result = listClass(response->listOfIdentifier, request, domainOf(request->objectScope));
-    if (result == 0)
+    if (result == 0) {
         return accessNonExistent;
-    if (result == 1)
+    }
+    if (result == 1) {
         response->moreFollows = MallocOf<AsnBool>(); // FALSE; left out it would be TRUE
+    }
     return serviceSuccess;
 }
 

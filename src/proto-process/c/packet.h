@@ -13,7 +13,7 @@ inline constexpr u32 dtOctets = 3;   // header of a DT
 
 // Why a frame does not decode, in *err.
 enum FrameError : i32 {
-    ErrIncomplete = 1,   // TPKT: fewer octets at hand than the frame has
+    ErrIncomplete = 1,   // TPKT: more octets than are at hand, or a length that no frame has
     ErrUnknownTpdu = 12, // COTP: unknown TPDU or CR parameter
     ErrOverflow = 13,    // COTP: fragments beyond the reassembly buffer
     ErrSession = 22,     // session: not one of the fixed shapes
@@ -51,7 +51,7 @@ struct TpduCotp {
     u16 encodedSize; // reply: octets that this layer adds
 };
 
-// Octets consumed, or 0 with *err of the layer. `len` octets are at hand.
+// Octets consumed, or 0 with *err set. `len` octets are at hand.
 u32 dec_tpdu_tpkt(TpduTpkt *pdu, const u8 *data, u32 len, i32 *err);
 u32 dec_tpdu_cotp(TpduCotp *rec, const u8 *data, u32 len, i32 *err);
 int process_tpdu_tpkt(const TpduTpkt *request, TpduTpkt *reply);
@@ -156,9 +156,8 @@ struct PacketBuf {
     u8 ppduPresent;
 };
 
-// Decodes one frame of `len` octets at hand. Its octets, or 0 when it is incomplete
-// (*err ErrIncomplete) or // broken. A failed decode leaves the record as it was, the fragments collected
-// before included.
+// Decodes one frame of `len` octets at hand. Its octets, or 0 with *err set when it is incomplete
+// or broken. A failed decode leaves the record as it was, the fragments collected before included.
 u32 dec_packet(PacketBuf *pdu, const u8 *data, u32 len, i32 *err);
 // Builds the reply of a decoded request. 1 if there is one.
 int packet_process(const PacketBuf *request, PacketBuf *reply, u8 slot, i32 err);

@@ -101,11 +101,13 @@ struct MemberNodes {
     explicit MemberNodes(const ObjectName *name) : nodes(nullptr), count(0) {
         const DataSetsRead held;
         DataSet *dataSet = nullptr;
-        if (!searchDsByObjName(name, &dataSet))
+        if (!searchDsByObjName(name, &dataSet)) {
             return;
+        }
         nodes = MallocArray<GenNode *>(dataSet->nodes->count + std::size_t{1});
-        for (AsnListElement *element = dataSet->nodes->first; element != nullptr; element = element->next)
+        for (AsnListElement *element = dataSet->nodes->first; element != nullptr; element = element->next) {
             nodes[count++] = asnListValue<GenNode>(element);
+        }
     }
     ~MemberNodes() { Free(nodes); }
     MemberNodes(const MemberNodes &) = delete;
@@ -116,10 +118,12 @@ void readDataSet(const ObjectName *name, AsnList *results) {
     const AccessSel wholeArrays = {
         .kind = AccessSel::allElements, .arrayNode = nullptr, .index = 0, .firstIndex = 0, .count = 0};
     const MemberNodes members(name);
-    if (members.nodes == nullptr)
+    if (members.nodes == nullptr) {
         return appendFailure(results);
-    for (u32 i = 0; i < members.count; ++i)
+    }
+    for (u32 i = 0; i < members.count; ++i) {
         getNodeData(appendSuccess(results), members.nodes[i], &wholeArrays);
+    }
 }
 
 const ObjectName *variableName(const VariableAccessSpecificationSeqOfSeq *entry) {
@@ -162,20 +166,23 @@ u32 getNodeReadEncLen(GenNode *node, const AccessSel *sel) {
 }
 
 int readDataHandle(Data *dataOut, GenNode *node, i8 *errorOut, u8 clientId, AccessSel *sel) {
-    if (node->fc == FcCO)
+    if (node->fc == FcCO) {
         readCtlObj(dataOut, node, errorOut, clientId, sel);
-    else
+    } else {
         getNodeData(dataOut, node, sel);
+    }
     return 1;
 }
 
 i8 readProc(const Read_Request *request, Read_Response *response, u8 clientId) {
     const VariableAccessSpecification *variables = request->variableAccessSpecification;
-    if (variables == nullptr)
+    if (variables == nullptr) {
         return serviceReject;
+    }
     response->listOfAccessResult = asnListNewPtr();
-    if (variables->choiceId != VariableAccessSpecification::variableListName)
+    if (variables->choiceId != VariableAccessSpecification::variableListName) {
         return readVariables(variables->listOfVariable_, response->listOfAccessResult, clientId);
+    }
     readDataSet(variables->variableListName_, response->listOfAccessResult);
     return serviceSuccess;
 }

@@ -22,8 +22,8 @@ bool require(bool done, const char *message) {
         const int error = errno;
         const std::string &bound = platformOptions.bindAddress;
         char cause[160];
-        std::snprintf(cause, sizeof cause, "cannot listen on port %u%s%s: %s", externGlbCfg.tcpPort,
-                      bound.empty() ? "" : " of ", bound.c_str(), std::strerror(error));
+        std::snprintf(cause, sizeof cause, "cannot listen on %s%sport %u: %s", bound.c_str(),
+                      bound.empty() ? "" : " ", externGlbCfg.tcpPort, std::strerror(error));
         noteFailure(cause);
         errno = error;
         dbInfo(DbSOC, DbPAN, "socketInit", "%s", message);

@@ -69,11 +69,13 @@ void getTypeAttribute(TypeSpecification *typeSpec, GenNode *node) {
 
 i8 getVarAttrProc(const GetVariableAccessAttributes_Request *request,
                   GetVariableAccessAttributes_Response *response) {
-    if (request->choiceId != GetVariableAccessAttributes_Request::name)
+    if (request->choiceId != GetVariableAccessAttributes_Request::name) {
         return accessUnsupported;
+    }
     GenNode *node = nullptr;
-    if (!searchNodeByObjName(request->name_, &node, nullptr, nullptr))
+    if (!searchNodeByObjName(request->name_, &node, nullptr, nullptr)) {
         return accessNonExistent;
+    }
     response->typeSpecification = MallocOf<TypeSpecification>();
     getTypeAttribute(response->typeSpecification, node);
     return serviceSuccess;

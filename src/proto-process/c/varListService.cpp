@@ -20,28 +20,34 @@ void appendVariable(AsnList *list, const ObjectName *name) {
 i8 getVarListAttrProc(const ObjectName *request, GetNamedVariableListAttributes_Response *response) {
     const DataSetsRead held;
     DataSet *dataSet = nullptr;
-    if (!searchDsByObjName(request, &dataSet))
+    if (!searchDsByObjName(request, &dataSet)) {
         return definitionUndefined;
+    }
     response->mmsDeletable = dataSet->isDynamic != 0;
     response->listOfVariable = asnListNewPtr();
-    for (const AsnListElement *member = dataSet->members->first; member != nullptr; member = member->next)
+    for (const AsnListElement *member = dataSet->members->first; member != nullptr; member = member->next) {
         appendVariable(response->listOfVariable, asnListValue<ObjectName>(member));
+    }
     return serviceSuccess;
 }
 
 i8 defineVarListProc(const DefineNamedVariableList_Request *request) {
     // The checks and the creation are one step to every other client.
     const DataSetsWrite held;
-    if (getTotalDSNum() >= externGlbCfg.maxDsNum)
+    if (getTotalDSNum() >= externGlbCfg.maxDsNum) {
         return definitionOther;
+    }
     const int name = checkDsName(request->variableListName);
     const int members = checkDsMember(request->listOfVariable);
-    if (name == 0)
+    if (name == 0) {
         return definitionExists;
-    if (name < 0 || members == 0)
+    }
+    if (name < 0 || members == 0) {
         return definitionInvalidAddress;
-    if (members < 0 || !createDynDs(request->variableListName, request->listOfVariable))
+    }
+    if (members < 0 || !createDynDs(request->variableListName, request->listOfVariable)) {
         return definitionOther;
+    }
     return serviceSuccess;
 }
 

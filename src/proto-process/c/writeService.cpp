@@ -29,14 +29,16 @@ void writeVariable(const VariableAccessSpecificationSeqOfSeq *entry, const Data 
     const VariableSpecification *variable = entry == nullptr ? nullptr : entry->variableSpecification;
     i8 error = DaeNone;
     GenNode *node = nullptr;
-    if (variable == nullptr || data == nullptr || variable->choiceId != VariableSpecification::name)
+    if (variable == nullptr || data == nullptr || variable->choiceId != VariableSpecification::name) {
         error = DaeInvalidAddress;
-    else if (!searchNodeByObjName(variable->name_, &node, nullptr, nullptr))
+    } else if (!searchNodeByObjName(variable->name_, &node, nullptr, nullptr)) {
         error = DaeObjectNonExistent;
-    else if (writeDataHandle(data, node, &error, clientId))
+    } else if (writeDataHandle(data, node, &error, clientId)) {
         result->choiceId = Write_ResponseChoice::success;
-    if (error == DaeNone)
+    }
+    if (error == DaeNone) {
         return;
+    }
     result->choiceId = Write_ResponseChoice::failure;
     result->failure_ = error;
 }
@@ -48,8 +50,9 @@ bool writeDataHandle(const Data *data, GenNode *node, i8 *errorOut, u8 clientId)
         *errorOut = DaeObjectAccessDenied;
         return false;
     }
-    if (!checkNodeData(data, node, errorOut))
+    if (!checkNodeData(data, node, errorOut)) {
         return false;
+    }
     switch (node->fc) {
     case FcCO:
         return writeCtlObj(data, node, errorOut, clientId);
@@ -74,16 +77,19 @@ bool writeDataHandle(const Data *data, GenNode *node, i8 *errorOut, u8 clientId)
 
 i8 writeProc(const Write_Request *request, Write_Response *response, u8 clientId) {
     const VariableAccessSpecification *variables = request->variableAccessSpecification;
-    if (variables == nullptr || request->listOfData == nullptr)
+    if (variables == nullptr || request->listOfData == nullptr) {
         return accessUnsupported;
-    if (variables->choiceId != VariableAccessSpecification::listOfVariable)
+    }
+    if (variables->choiceId != VariableAccessSpecification::listOfVariable) {
         return serviceReject;
+    }
     const AsnList *list = variables->listOfVariable_;
     const AsnListElement *variable = list == nullptr ? nullptr : list->first;
     const AsnListElement *value = request->listOfData->first;
-    for (; variable != nullptr && value != nullptr; variable = variable->next, value = value->next)
+    for (; variable != nullptr && value != nullptr; variable = variable->next, value = value->next) {
         writeVariable(asnListValue<VariableAccessSpecificationSeqOfSeq>(variable), asnListValue<Data>(value),
                       clientId, asnListPush(response, MallocOf<Write_ResponseChoice>()));
+    }
     return serviceSuccess;
 }
 
