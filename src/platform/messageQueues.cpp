@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace ied {
 
@@ -58,7 +59,10 @@ MessageQueue *addQueue(const char *privateName, MessageRing *ring) {
     if (ring == nullptr || !ringIsSound(ring)) {
         return nullptr;
     }
-    auto *queue = new MessageQueue{queues.first, ring, {}};
+    auto *queue = new (std::nothrow) MessageQueue{queues.first, ring, {}};
+    if (queue == nullptr) {
+        return nullptr;
+    }
     std::strncpy(queue->name, privateName, sizeof queue->name - 1);
     queues.first = queue;
     return queue;

@@ -3,6 +3,8 @@
 #include "platform/shared.h"
 #include "platform/waiting.h"
 
+#include <new>
+
 namespace ied {
 
 namespace {
@@ -39,7 +41,10 @@ struct NamedSemaphores {
 NamedSemaphores named;
 
 SemId make(Kind kind) {
-    auto *semaphore = new Semaphore{};
+    auto *semaphore = new (std::nothrow) Semaphore{};
+    if (semaphore == nullptr) {
+        return nullptr;
+    }
     semaphore->kind = kind;
     conditionInit(&semaphore->condition);
     return semaphore;

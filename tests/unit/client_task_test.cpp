@@ -207,6 +207,17 @@ TEST_F(Server, keeps_the_connection_after_a_conclude) {
     client.close();
 }
 
+TEST_F(Server, ends_a_connection_when_no_slot_that_is_left_has_a_task) {
+    for (u8 slot = 0; slot < slots; ++slot) {
+        publish(clientStat[slot].status, CS_NONE);
+    }
+    Client client(port);
+    EXPECT_TRUE(client.isEnded());
+    for (u8 slot = 0; slot < slots; ++slot) {
+        publish(clientStat[slot].status, CS_IDLE);
+    }
+}
+
 TEST_F(Server, gives_the_slot_back_when_a_client_vanishes_in_any_state) {
     const std::string half = request(1, identify).substr(0, 20);
     const std::vector<std::string> states[] = {

@@ -31,7 +31,7 @@ void waitForRoom() {
 void startClient(int fd, const ::sockaddr_storage &peer) {
     const u8 slot = freeSlot();
     if (slot == clientNone) {
-        socketOps.close(fd); // cannot be: clientNum was below maxClientNum
+        socketOps.close(fd); // the slots that are left have no task
         return;
     }
     ClientStat *client = &clientStat[slot];

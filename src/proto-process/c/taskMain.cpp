@@ -84,6 +84,7 @@ void spawnClientTasks() {
             taskSpawn(name, static_cast<int>(externGlbCfg.clientTaskPriority), taskOptionFp,
                       externGlbCfg.clientTaskStack, clientProcess, slot, 2, 3, 4, 5, 6, 7, 8, 9, 10);
         if (task == taskNone) {
+            storeShared(clientStat[slot].status, CS_NONE); // nobody would ever serve the slot
             dbInfo(DbOTH, DbERR, "taskMain", "%s taskSpawn failed!", name);
         }
     }
