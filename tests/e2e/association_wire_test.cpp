@@ -130,16 +130,14 @@ TEST_F(AssociationWire, an_answer_longer_than_a_frame_comes_in_frames_of_the_agr
 TEST_F(AssociationWire, any_other_service_is_rejected_with_its_invoke_id) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
-    for (const char
-             *
-                 service : {
-                     "A3 14 A0 03 80 01 00 A1 0A A1 08 1A 02 4C 44 1A 02 41 42 82 01 43", // rename
-                     "AB 1C A1 08 1A 02 4C 44 1A 02 41 42 A0 10 30 0E A0 0C A1 0A 1A 02 4C 44 1A 04 41 24 53 "
-                     "54",                                     // define a list
-                     "BF 2E 0A A1 03 19 01 41 A2 03 19 01 42", // obtain a file
-                     "BF 47 00",                               // capability list
-                     "BF 4C 03 19 01 41",                      // delete a file
-                 })
+    for (const char *service : {
+             "A3 14 A0 03 80 01 00 A1 0A A1 08 1A 02 4C 44 1A 02 41 42 82 01 43", // rename
+             "AB 1C A1 08 1A 02 4C 44 1A 02 41 42 A0 10 30 0E A0 0C A1 0A 1A 02 4C 44 1A 04 41 24 53 "
+             "54",                                     // define a list
+             "BF 2E 0A A1 03 19 01 41 A2 03 19 01 42", // obtain a file
+             "BF 47 00",                               // capability list
+             "BF 4C 03 19 01 41",                      // delete a file
+         })
         EXPECT_EQ(ask(client, confirmedRequest(7, service)), canonical("A4 06 80 01 07 81 01 00")) << service;
     EXPECT_EQ(ask(client, identifyHex), identifyAnswerHex);
 }

@@ -1,6 +1,8 @@
 // Many clients at once: fair service, a full server, and clients that stop playing along.
+#include "tests/support/privateNetwork.h"
 #include "tests/support/serverFixture.h"
 
+#include <algorithm>
 #include <atomic>
 #include <linux/filter.h>
 #include <sys/socket.h>
@@ -12,13 +14,13 @@ namespace {
 
 constexpr std::size_t places = 8;
 
+// Dead peers are found within a few seconds.
+const ServerOptions options = {
+    "", {"tickRate=1000", "keepIdle=1", "keepIntvl=1", "keepCnt=2", "maxSendFail=20"}, {}, true};
+
 class EightClients : public ServerSuite {
   protected:
-    // Dead peers are found within a few seconds.
-    static void SetUpTestSuite() {
-        startSuite(
-            {"", {"tickRate=1000", "keepIdle=1", "keepIntvl=1", "keepCnt=2", "maxSendFail=20"}, {}, true});
-    }
+    static void SetUpTestSuite() { startSuite(options); }
     void TearDown() override { expectIntact(); }
 };
 
@@ -38,11 +40,12 @@ TEST_F(EightClients, all_read_without_pause_and_each_gets_its_own_answers) {
     constexpr int reads = 100;
     std::atomic<int> good = 0;
     std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < places; ++i)
+    for (std::size_t i = 0; i < places; ++i) {
         threads.emplace_back([&, i] {
             RawClient client;
-            if (!associate(client, server->port))
+            if (!associate(client, server->port)) {
                 return;
+            }
             for (int round = 0; round < reads; ++round) {
                 const int id = static_cast<int>(i) * 10 + round % 10;
                 const std::string answer = ask(client, read(id, "ZRX418MEAS", "MMXU1$ST$Mod")).value_or("");
@@ -50,25 +53,52 @@ TEST_F(EightClients, all_read_without_pause_and_each_gets_its_own_answers) {
                         answer.substr(4, 6) == "0201" + hex(std::string(1, static_cast<char>(id)));
             }
         });
-    for (std::thread &thread : threads)
+    }
+    for (std::thread &thread : threads) {
         thread.join();
+    }
     EXPECT_EQ(good, reads * static_cast<int>(places));
 }
 
-TEST_F(EightClients, a_ninth_waits_and_is_served_when_one_leaves) {
+TEST_F(EightClients, a_ninth_waits_while_they_read_without_pause_and_is_served_when_one_leaves) {
     std::vector<RawClient> clients(places);
-    for (RawClient &client : clients)
+    for (RawClient &client : clients) {
         ASSERT_TRUE(associate(client, server->port));
+    }
     RawClient ninth;
     connectTo(ninth, server->port); // the host's queue takes it
     sendHex(ninth, connectionRequestHex);
-    EXPECT_FALSE(receiveFrame(ninth, Milliseconds(300))) << "served as a ninth";
-    for (RawClient &client : clients)
-        EXPECT_TRUE(ask(client, read(1, "ZRX418MEAS", "LLN0$ST$Mod")));
-    disconnect(clients[3]);
+    std::atomic<bool> leave[places] = {};
+    std::atomic<int> answers[places] = {};
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < places; ++i) {
+        threads.emplace_back([&, i] {
+            while (!leave[i]) {
+                if (!ask(clients[i], read(1, "ZRX418MEAS", "MMXU1$MX"))) {
+                    return;
+                }
+                ++answers[i];
+            }
+            disconnect(clients[i]);
+        });
+    }
+    const auto allGotMore = [&](int least) {
+        return waitUntil([&] {
+            return std::all_of(std::begin(answers), std::end(answers), [&](auto &n) { return n >= least; });
+        });
+    };
+    EXPECT_TRUE(allGotMore(20));
+    EXPECT_FALSE(receiveFrame(ninth, Milliseconds(0))) << "served as a ninth";
+    leave[3] = true;
     EXPECT_EQ(receiveFrame(ninth), canonical(connectionConfirmHex));
     sendHex(ninth, associateRequestHex);
     EXPECT_EQ(receiveFrame(ninth), canonical(associateResponseHex));
+    answers[3] = answers[0] + 1000;
+    EXPECT_TRUE(allGotMore(answers[0] + 20)) << "the others go on";
+    std::fill(std::begin(leave), std::end(leave), true);
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
 }
 
 TEST_F(EightClients, one_that_never_reads_is_dropped_and_holds_nobody_up) {
@@ -111,10 +141,33 @@ TEST_F(EightClients, those_that_vanish_without_a_word_are_found_out) {
     for (std::size_t i = 0; i < places; ++i) {
         ASSERT_TRUE(associate(lost[i], server->port));
         loseLink(lost[i]);
-        if (i % 2 == 0)
+        if (i % 2 == 0) {
             sendHex(lost[i], readHex); // an answer that nobody acknowledges is under way
+        }
     }
     EXPECT_TRUE(servesHonestClient(server->port)) << "all places stay taken";
+}
+
+// The same over a real cable, without any of the host's help at the far end.
+TEST(LostLink, those_behind_a_link_that_goes_down_are_found_out) {
+    PrivateNetwork network;
+    if (!network.fault.empty()) {
+        GTEST_SKIP() << network.fault;
+    }
+    ServerProcess server(options);
+    ASSERT_TRUE(startServer(server));
+    const std::size_t idle = socketCount(server.process.pid);
+    std::vector<RawClient> lost(places);
+    for (RawClient &client : lost) {
+        ASSERT_TRUE(network.connectFromAfar(client, server.port));
+        ASSERT_TRUE(associateOn(client));
+        ASSERT_TRUE(ask(client, read(1, "ZRX418MEAS", "LLN0$ST$Mod")));
+    }
+    ASSERT_TRUE(network.cut());
+    EXPECT_TRUE(servesHonestClient(server.port)) << "all places stay taken";
+    EXPECT_TRUE(waitUntil([&] { return socketCount(server.process.pid) == idle; }));
+    EXPECT_EQ(stop(server.process), 0);
+    EXPECT_EQ(errors(server.process), "");
 }
 
 TEST_F(EightClients, resets_in_every_state_leave_nothing) {
@@ -129,7 +182,8 @@ TEST_F(EightClients, resets_in_every_state_leave_nothing) {
         sendHex(asking, readHex + readHex + readHex);
         ASSERT_TRUE(associate(cut, server->port));
         sendHex(cut, readHex.substr(0, 40));
-        for (RawClient *client : {&silent, &transport, &associated, &asking, &cut})
+        for (RawClient *client : {&silent, &transport, &associated, &asking, &cut}) {
             vanish(*client);
+        }
     }
 }

@@ -67,6 +67,12 @@ INSTANTIATE_TEST_SUITE_P(
         BadIcd{
             "binary", [](const std::string &) { return std::string(5000, '\0'); }, {"Parse error at line 1"}},
         BadIcd{"otherXml", [](const std::string &) { return std::string("<html/>"); }, {"bad.icd", "ICD"}},
+        BadIcd{"otherScl", // of a substation, without any IED
+               [](const std::string &) {
+                   return std::string(
+                       "<?xml version=\"1.0\"?><SCL><Header id=\"s\"/><Substation name=\"S\"/></SCL>");
+               },
+               {"bad.icd", "no LDevice"}},
         BadIcd{"truncated",
                [](const std::string &full) { return full.substr(0, middle); },
                {"Parse error at line", "bad.icd:"}},
@@ -156,6 +162,32 @@ TEST(StartFailure, an_instrument_that_is_not_ready_is_waited_for_and_said_once) 
     const std::string all = said();
     EXPECT_EQ(all.find(waiting), all.rfind(waiting)) << all;
     EXPECT_EQ(stop(server.process), 0);
+}
+
+// Nobody has made the region yet: the server makes it and waits as long as the instrument takes.
+TEST(StartFailure, a_missing_region_is_waited_for_and_the_wait_can_be_ended) {
+    TempFolder folder;
+    const std::string instance = uniqueName();
+    Process server;
+    start(server, {binary("ied-server"), "--icd", fullIcd(), "--root", folder.path, "--instance", instance,
+                   "--port", std::to_string(freePort())});
+    const std::string waiting = "Waiting for the instrument";
+    const auto said = [&] { return output(server) + errors(server); };
+    EXPECT_TRUE(waitUntil([&] { return said().find(waiting) != std::string::npos; })) << said();
+    EXPECT_TRUE(running(server));
+    EXPECT_EQ(stop(server), 0);
+    EXPECT_EQ(said().find(waiting), said().rfind(waiting)) << said();
+    const Region leftOver(instance); // takes what the server made with it
+}
+
+TEST(StartFailure, a_folder_in_the_icd_files_place_is_named) {
+    TempFolder folder;
+    ServerProcess server({folder.path, {}, {}, true});
+    int status = 0;
+    const std::string said = startAndEnd(server, status);
+    EXPECT_EQ(status, 255);
+    EXPECT_NE(said.find(folder.path), std::string::npos) << said;
+    EXPECT_NE(said.find("Is a directory"), std::string::npos) << said;
 }
 
 TEST(StartFailure, wrong_options_end_with_status_two_and_name_what_is_wrong) {
