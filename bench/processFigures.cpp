@@ -24,16 +24,19 @@ std::string firstLine(const std::string &path) {
 } // namespace
 
 pid_t threadNamed(pid_t process, const std::string &name) {
-    for (const auto &entry : std::filesystem::directory_iterator(procPath(process, "task")))
-        if (firstLine(entry.path().string() + "/comm") == name)
+    for (const auto &entry : std::filesystem::directory_iterator(procPath(process, "task"))) {
+        if (firstLine(entry.path().string() + "/comm") == name) {
             return static_cast<pid_t>(std::stol(entry.path().filename().string()));
+        }
+    }
     throw std::runtime_error("no thread " + name);
 }
 
 std::uint64_t cpuNs(pid_t process, pid_t thread) {
     const std::string line = firstLine(procPath(process, "task/" + std::to_string(thread) + "/schedstat"));
-    if (line.empty())
+    if (line.empty()) {
         throw std::runtime_error("the host does not tell the CPU time of a thread");
+    }
     return std::stoull(line);
 }
 
@@ -44,20 +47,17 @@ void bindTo(pid_t thread, int cpu) {
     sched_setaffinity(thread, sizeof set, &set);
 }
 
-PrivateMemory privateMemory(pid_t process) {
-    std::ifstream file(procPath(process, "smaps"));
-    PrivateMemory sum{0, 0};
-    bool inRegion = false;
+std::uint64_t privateOctets(pid_t process) {
+    std::ifstream file(procPath(process, "smaps_rollup"));
+    std::uint64_t sum = 0;
     std::string line;
     while (std::getline(file, line)) {
         std::istringstream fields(line);
         std::string key;
         std::uint64_t kib = 0;
-        fields >> key;
-        if (key.find('-') != std::string::npos) // the head of a mapping: its addresses, ..., its file
-            inRegion = line.find("sd_commdata") != std::string::npos;
-        else if ((key == "Private_Clean:" || key == "Private_Dirty:") && fields >> kib)
-            (inRegion ? sum.region : sum.own) += kib * 1024;
+        if (fields >> key >> kib && (key == "Private_Clean:" || key == "Private_Dirty:")) {
+            sum += kib * 1024;
+        }
     }
     return sum;
 }

@@ -15,10 +15,6 @@ std::uint64_t cpuNs(pid_t process, pid_t thread);
 void bindTo(pid_t thread, int cpu);
 
 // Resident octets of a process that no other shares.
-struct PrivateMemory {
-    std::uint64_t own;    // all but the following
-    std::uint64_t region; // pages of the instrument's region that nobody else has touched
-};
-PrivateMemory privateMemory(pid_t process);
+std::uint64_t privateOctets(pid_t process);
 
 } // namespace ied::bench

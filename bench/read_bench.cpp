@@ -9,9 +9,13 @@
 #include "tests/support/serverProcess.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <memory>
 #include <stdexcept>
+#include <string_view>
 #include <sys/socket.h>
 #include <thread>
 
@@ -21,65 +25,121 @@ namespace {
 using namespace ied::test;
 
 constexpr int clientCpu = 0, serverCpu = 1;
-constexpr int listLeaves = 50;
+constexpr std::size_t listLeaves = 50;
 constexpr const char *domain = "ZRX418MEAS";
 constexpr const char *leafItem = "MMXU1$MX$TotW$mag$f";
-constexpr double furtherLeafAim = 1.0 / 40;
 
 int fromEnvironment(const char *name, int otherwise) {
     const char *text = std::getenv(name);
     return text == nullptr ? otherwise : std::atoi(text);
 }
 
-// A Read of one variable `times` times.
-std::string readList(const std::string &item, int times) {
-    const std::string variable = tlv("30", tlv("A0", objectName(domain, item)));
+// A Read of these variables of one device.
+std::string readOf(const std::vector<std::string> &items) {
     std::string variables;
-    for (int i = 0; i < times; ++i)
-        variables += variable;
+    for (const std::string &item : items) {
+        variables += tlv("30", tlv("A0", objectName(domain, item)));
+    }
     return confirmedRequest(1, tlv("A4", tlv("A1", tlv("A0", variables))));
 }
 
-// Primitive values below an element of a hex text, which ends behind it.
-int primitives(const std::string &text, std::size_t &at) {
-    const unsigned tag = static_cast<unsigned>(std::stoul(text.substr(at, 2), nullptr, 16));
-    std::size_t length = std::stoul(text.substr(at + 2, 2), nullptr, 16);
-    at += 4;
+// Contents of the primitive values at the front of a hex text, which gets shorter by their element.
+void takePrimitives(std::string_view &text, std::vector<std::string> &values) {
+    const auto number = [&text](std::size_t digits) {
+        const std::size_t value = std::stoul(std::string(text.substr(0, digits)), nullptr, 16);
+        text.remove_prefix(digits);
+        return value;
+    };
+    const bool constructed = (number(2) & 0x20U) != 0;
+    std::size_t length = number(2);
     if (length >= 0x80) {
-        const std::size_t digits = 2 * (length - 0x80);
-        length = std::stoul(text.substr(at, digits), nullptr, 16);
-        at += digits;
+        length = number(2 * (length - 0x80));
     }
-    const std::size_t end = at + 2 * length;
-    int count = (tag & 0x20U) == 0 ? 1 : 0;
-    while ((tag & 0x20U) != 0 && at < end)
-        count += primitives(text, at);
-    at = end;
-    return count;
+    std::string_view content = text.substr(0, 2 * length);
+    text.remove_prefix(2 * length);
+    if (!constructed) {
+        values.push_back(octets(std::string(content)));
+    }
+    while (constructed && !content.empty()) {
+        takePrimitives(content, values);
+    }
 }
 
-// Values of a Read response, its invoke id apart.
-int leavesOf(const std::vector<std::string> &frames) {
-    std::vector<std::string> texts;
-    for (const std::string &frame : frames)
-        texts.push_back(hex(frame));
-    const std::optional<std::string> pdu = mmsOf(texts);
-    std::size_t at = 0;
-    if (!pdu || !pdu->starts_with("A1"))
-        throw std::runtime_error("no answer to a Read");
-    return primitives(*pdu, at) - 1;
+// Values that a confirmed response holds behind its invoke id.
+std::vector<std::string> valuesOf(const std::optional<std::string> &response) {
+    if (!response || !response->starts_with("A1")) {
+        throw std::runtime_error("no answer");
+    }
+    std::vector<std::string> values;
+    std::string_view text = *response;
+    takePrimitives(text, values);
+    values.erase(values.begin());
+    return values;
 }
 
-// One end of a conversation in which the same request is asked again and again.
+// All names of variables of the device, page by page.
+std::vector<std::string> variableNames(RawClient &client) {
+    const std::string noMore(1, '\0'); // moreFollows FALSE behind the last page
+    std::vector<std::string> names;
+    do {
+        const std::string after = names.empty() ? "" : names.back();
+        for (std::string &name : valuesOf(ask(client, getNameList(1, 0, domain, after)))) {
+            names.push_back(std::move(name));
+        }
+    } while (names.back() != noMore);
+    return names;
+}
+
+// Measured floats of the device, `count` of them from all over it.
+std::vector<std::string> measuredLeaves(RawClient &client, std::size_t count) {
+    std::vector<std::string> all, chosen;
+    for (const std::string &name : variableNames(client)) {
+        if (name.find("$MX$") != std::string::npos && name.ends_with("$f")) {
+            all.push_back(name);
+        }
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        chosen.push_back(all.at(i * all.size() / count));
+    }
+    return chosen;
+}
+
+using Rounds = std::vector<double>;
+
+double median(Rounds values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// What holds for a pair of figures of the same round.
+template <class F> double medianOf(const Rounds &a, const Rounds &b, F figure) {
+    Rounds all;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        all.push_back(figure(a[i], b[i]));
+    }
+    return median(all);
+}
+
+double ratio(const Rounds &a, const Rounds &b) {
+    return medianOf(a, b, std::divides<>{});
+}
+
+// The serving end of a connection, and what it spent: nanoseconds of CPU a request, one of each round.
 struct Peer {
-    RawClient client;
     pid_t process = -1;
     pid_t thread = -1;
-    std::vector<double> nsPerRequest; // one of each round
-    double median() {
-        std::sort(nsPerRequest.begin(), nsPerRequest.end());
-        return nsPerRequest[nsPerRequest.size() / 2];
-    }
+    Rounds spent;
+};
+
+// One request, answered by the server and by an echo server of each kind.
+struct Case {
+    const char *name;
+    std::string request;
+    Exchange exchange;
+    int leaves;
+    Peer server, paced, bare;
+    RawClient pacedClient, bareClient;
+    std::unique_ptr<EchoServer> pacedServer, bareServer;
 };
 
 std::vector<std::string> exchangeOnce(RawClient &client, const std::string &request) {
@@ -87,109 +147,116 @@ std::vector<std::string> exchangeOnce(RawClient &client, const std::string &requ
     sendOctets(client, request);
     do {
         const std::optional<std::string> frame = receiveFrame(client);
-        if (!frame)
+        if (!frame) {
             throw std::runtime_error("no answer");
+        }
         frames.push_back(octets(*frame));
-    } while (frames.back()[6] == 0);
+    } while (frames.back()[6] == 0); // more of the TSDU follows
     return frames;
 }
 
-void receiveAnswer(const RawClient &client, std::string &room) {
-    if (recv(client.socket, room.data(), room.size(), MSG_WAITALL) != static_cast<ssize_t>(room.size()))
-        throw std::runtime_error("an answer is missing");
+void startEcho(EchoKind kind, const Exchange &exchange, std::unique_ptr<EchoServer> &server,
+               RawClient &client, Peer &peer) {
+    server = std::make_unique<EchoServer>(kind, exchange);
+    connectTo(client, server->port);
+    peer.process = peer.thread = server->pid;
+    bindTo(peer.thread, serverCpu);
 }
 
-void round(Peer &peer, const Exchange &exchange, const std::string &request, int requests) {
+void prepare(Case &c, const Peer &server, RawClient &client, const char *name,
+             const std::vector<std::string> &items) {
+    const std::string pdu = readOf(items);
+    c.name = name;
+    c.request = octets(dataFrame(pdu));
+    c.exchange = {c.request.size(), exchangeOnce(client, c.request)};
+    c.leaves = static_cast<int>(valuesOf(ask(client, pdu)).size());
+    c.server = server;
+    startEcho(EchoKind::paced, c.exchange, c.pacedServer, c.pacedClient, c.paced);
+    startEcho(EchoKind::bare, c.exchange, c.bareServer, c.bareClient, c.bare);
+}
+
+void askRepeatedly(Peer &peer, const RawClient &client, const Case &c, int requests) {
     std::string answer;
-    for (const std::string &frame : exchange.frames)
+    for (const std::string &frame : c.exchange.frames) {
         answer += frame;
+    }
     const auto settle = [] { std::this_thread::sleep_for(Milliseconds{3}); };
     settle();
     const std::uint64_t before = cpuNs(peer.process, peer.thread);
     for (int i = 0; i < requests; ++i) {
-        sendOctets(peer.client, request);
-        receiveAnswer(peer.client, answer);
+        if (send(client.socket, c.request.data(), c.request.size(), MSG_NOSIGNAL) < 0 ||
+            recv(client.socket, answer.data(), answer.size(), MSG_WAITALL) !=
+                static_cast<ssize_t>(answer.size())) {
+            throw std::runtime_error("an answer is missing");
+        }
     }
     settle();
-    peer.nsPerRequest.push_back(static_cast<double>(cpuNs(peer.process, peer.thread) - before) / requests);
+    peer.spent.push_back(static_cast<double>(cpuNs(peer.process, peer.thread) - before) / requests);
 }
 
-struct Case {
-    const char *name;
-    std::string item;
-    int times;
-    double aim; // greatest ratio to the echo of the same calls; 0: none
-};
-
-struct Result {
-    double server, paced, bare;
-    int leaves;
-};
-
-// Server and echo servers take turns, so that what else the host does meets all alike.
-Result measure(Peer &own, const Case &c) {
-    const int rounds = fromEnvironment("IED_BENCH_ROUNDS", 15);
+// Cases and servers take turns, so that what else the host does meets all alike.
+void measure(std::array<Case, 4> &cases, const RawClient &client) {
+    const int rounds = fromEnvironment("IED_BENCH_ROUNDS", 21);
     const int requests = fromEnvironment("IED_BENCH_REQUESTS", 200);
-    const std::string request = octets(dataFrame(readList(c.item, c.times)));
-    const Exchange exchange{request.size(), exchangeOnce(own.client, request)};
-    const EchoServer pacedServer(EchoKind::paced, exchange), bareServer(EchoKind::bare, exchange);
-    Peer paced, bare;
-    paced.process = paced.thread = pacedServer.pid;
-    bare.process = bare.thread = bareServer.pid;
-    connectTo(paced.client, pacedServer.port);
-    connectTo(bare.client, bareServer.port);
-    for (Peer *peer : {&own, &paced, &bare}) {
-        bindTo(peer->thread, serverCpu);
-        round(*peer, exchange, request, requests / 4);
-        peer->nsPerRequest.clear();
+    for (int i = 0; i < rounds; ++i) {
+        for (Case &c : cases) {
+            askRepeatedly(c.server, client, c, requests);
+            askRepeatedly(c.paced, c.pacedClient, c, requests);
+            askRepeatedly(c.bare, c.bareClient, c, requests);
+        }
     }
-    for (int i = 0; i < rounds; ++i)
-        for (Peer *peer : {&own, &paced, &bare})
-            round(*peer, exchange, request, requests);
-    const Result result{own.median(), paced.median(), bare.median(), leavesOf(exchange.frames)};
-    std::printf(
-        "Read of %s (%zu octets, answer of %zu frames, %d leaves)\t%.1f us\t%.1f us paced echo\t%.2f\t",
-        c.name, request.size(), exchange.frames.size(), result.leaves, result.server / 1e3,
-        result.paced / 1e3, result.server / result.paced);
-    std::printf(c.aim > 0 ? "%.2f\n" : "\n", c.aim);
-    std::printf("the same\t%.1f us\t%.1f us bare echo\t%.2f\t\n", result.server / 1e3, result.bare / 1e3,
-                result.server / result.bare);
-    std::fflush(stdout);
-    return result;
 }
 
-void printFurtherLeaf(const char *what, const Result &one, const Result &many) {
-    const double each = (many.server - one.server) / (many.leaves - one.leaves);
-    std::printf("further leaf of %s\t%.0f ns\t%.1f us single leaf\t%.4f\t%.4f\n", what, each,
-                one.server / 1e3, each / one.server, furtherLeafAim);
+void printCase(const Case &c, double aim) {
+    std::size_t answer = 0;
+    for (const std::string &frame : c.exchange.frames) {
+        answer += frame.size();
+    }
+    const Rounds &server = c.server.spent, &paced = c.paced.spent, &bare = c.bare.spent;
+    std::printf("Read of %s: %zu octets, %zu in %zu frames, leaves: %d\t%.1f us\t%.1f us, echo with the same "
+                "calls\t%.2f\t",
+                c.name, c.request.size(), answer, c.exchange.frames.size(), c.leaves, median(server) / 1e3,
+                median(paced) / 1e3, ratio(server, paced));
+    std::printf(aim > 0 ? "%.2f\n" : "\n", aim);
+    std::printf("the same\t%.1f us\t%.1f us, bare echo\t%.2f\t\n", median(server) / 1e3, median(bare) / 1e3,
+                ratio(server, bare));
 }
 
-void printMemory(const ServerProcess &server) {
-    constexpr double mib = 1024.0 * 1024.0;
-    const PrivateMemory memory = privateMemory(server.process.pid);
-    std::printf("private memory after start\t%.1f MiB\tthe region's pages apart: %.1f MiB\t\t40 MiB\n",
-                static_cast<double>(memory.own) / mib, static_cast<double>(memory.region) / mib);
+void printFurtherLeaf(const Case &one, const Case &many) {
+    const double leaves = many.leaves - one.leaves;
+    const Rounds &single = one.server.spent, &whole = many.server.spent;
+    const double each = medianOf(whole, single, std::minus<>{}) / leaves;
+    std::printf("each further leaf of %s\t%.0f ns\t%.1f us, a single leaf\t1/%.0f\t1/40\n", many.name, each,
+                median(single) / 1e3, median(single) / each);
 }
 
 void run() {
     ServerProcess server(ServerOptions{"", {"tickRate=1000"}, {}, true});
-    if (!startServer(server))
+    if (!startServer(server)) {
         throw std::runtime_error("no server");
+    }
     std::this_thread::sleep_for(std::chrono::seconds{1}); // the first refresh
-    printMemory(server);
-    Peer own;
-    if (!associate(own.client, server.port))
+    std::printf("private memory after start\t%.1f MiB\t\t\t40 MiB\n",
+                static_cast<double>(privateOctets(server.process.pid)) / (1024.0 * 1024.0));
+    RawClient client;
+    if (!associate(client, server.port)) {
         throw std::runtime_error("the server does not associate");
-    own.process = server.process.pid;
-    own.thread = threadNamed(own.process, "t61850Client0");
+    }
+    Peer own{server.process.pid, threadNamed(server.process.pid, "t61850Client0"), {}};
+    bindTo(own.thread, serverCpu);
+    std::array<Case, 4> cases;
+    auto &[leaf, object, node, list] = cases;
+    prepare(leaf, own, client, "one leaf", {leafItem});
+    prepare(object, own, client, "a WYE object", {"MMXU1$MX$PhV"});
+    prepare(node, own, client, "a logical node", {"MMXU1"});
+    prepare(list, own, client, "a list", measuredLeaves(client, listLeaves));
     bindTo(0, clientCpu);
-    const Result leaf = measure(own, {"one leaf", leafItem, 1, 1.25});
-    const Result wye = measure(own, {"a WYE object", "MMXU1$MX$PhV", 1, 0});
-    const Result node = measure(own, {"a logical node, MMXU1", "MMXU1", 1, 0});
-    const Result list = measure(own, {"a list", leafItem, listLeaves, 0});
-    printFurtherLeaf("a WYE object", leaf, wye);
-    printFurtherLeaf("a logical node", leaf, node);
-    printFurtherLeaf("a list", leaf, list);
+    measure(cases, client);
+    printCase(leaf, 1.25);
+    for (const Case *many : {&object, &node, &list}) {
+        printCase(*many, 0);
+        printFurtherLeaf(leaf, *many);
+    }
     stop(server.process);
 }
 
