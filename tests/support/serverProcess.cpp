@@ -56,7 +56,7 @@ Region::~Region() {
 }
 
 void raise(Region &region, std::size_t offset) {
-    put(region, offset, get<std::uint32_t>(region, offset) + 1);
+    __atomic_fetch_add(reinterpret_cast<std::uint32_t *>(region.base + offset), 1U, __ATOMIC_RELEASE);
 }
 
 void announceReady(Region &region) {

@@ -41,7 +41,13 @@ template <class T> void put(Region &region, std::size_t offset, T value) {
 }
 template <class T> T get(const Region &region, std::size_t offset) {
     T value;
-    std::memcpy(&value, region.base + offset, sizeof value);
+    if constexpr (sizeof(T) == sizeof(std::uint32_t)) {
+        const std::uint32_t word =
+            __atomic_load_n(reinterpret_cast<const std::uint32_t *>(region.base + offset), __ATOMIC_ACQUIRE);
+        std::memcpy(&value, &word, sizeof value);
+    } else {
+        std::memcpy(&value, region.base + offset, sizeof value);
+    }
     return value;
 }
 // Raises a change counter behind what it announces.
