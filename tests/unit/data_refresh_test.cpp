@@ -388,6 +388,10 @@ TEST(DataRefreshDeathTest, TheStartWaitsForTheInstrumentAndSaysSoOnce) {
     }
     return block;
 }
+[[gnu::noinline]] void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
+    allocations++;
+    return std::malloc(size);
+}
 [[gnu::noinline]] void operator delete(void *block) noexcept {
     std::free(block);
 }
