@@ -100,10 +100,9 @@ std::optional<Type> getTypeResponse(const Element &service) {
     Reader reader{service.content};
     expect(reader, 0x80); // mmsDeletable
     take(reader, 0xA1);   // address
-    Reader specification{expect(reader, 0xA2)};
-    const Element element = next(specification);
-    return service.tag == 0xA6 && !reader.failed && !specification.failed ? decodeType(element)
-                                                                          : std::nullopt;
+    Reader typeReader{expect(reader, 0xA2)};
+    const Element element = next(typeReader);
+    return service.tag == 0xA6 && !reader.failed && !typeReader.failed ? decodeType(element) : std::nullopt;
 }
 
 std::optional<std::vector<AccessResult>> readResponse(const Element &service) {
@@ -144,8 +143,8 @@ std::optional<VariableList> getListResponse(const Element &service) {
     Reader members{expect(reader, 0xA1)};
     while (more(members)) {
         Reader member{expect(members, 0x30)};
-        Reader specification{expect(member, 0xA0)};
-        Reader name{expect(specification, 0xA1)};
+        Reader variableReader{expect(member, 0xA0)};
+        Reader name{expect(variableReader, 0xA1)};
         VariableName variable;
         variable.domain = toText(expect(name, 0x1A));
         variable.item = toText(expect(name, 0x1A));

@@ -208,9 +208,9 @@ Name::Name(std::string domainText, std::string itemText)
 }
 
 VariableList::VariableList(const std::vector<std::string> &references)
-    : specification{}, list(asnListNewPtr()) {
-    specification.choiceId = VariableAccessSpecification::listOfVariable;
-    specification.listOfVariable_ = list;
+    : variableAccess{}, list(asnListNewPtr()) {
+    variableAccess.choiceId = VariableAccessSpecification::listOfVariable;
+    variableAccess.listOfVariable_ = list;
     for (const std::string &reference : references) {
         auto *variable = MallocOf<VariableSpecification>();
         asnListPush(list, MallocOf<VariableAccessSpecificationSeqOfSeq>())->variableSpecification = variable;
@@ -227,7 +227,7 @@ VariableList::VariableList(const std::vector<std::string> &references)
 }
 
 VariableList::~VariableList() {
-    FreeVariableAccessSpecification(&specification);
+    FreeVariableAccessSpecification(&variableAccess);
 }
 
 namespace {

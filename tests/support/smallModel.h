@@ -99,7 +99,7 @@ struct VariableList {
     ~VariableList();
     VariableList(const VariableList &) = delete;
     VariableList &operator=(const VariableList &) = delete;
-    VariableAccessSpecification specification;
+    VariableAccessSpecification variableAccess;
     AsnList *list;
 };
 

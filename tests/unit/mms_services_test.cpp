@@ -249,7 +249,7 @@ TEST_F(MmsServices, TypesFollowTheTree) {
 
 std::string readList(const std::vector<std::string> &references) {
     VariableList variables(references);
-    const Read_Request request = {nullptr, &variables.specification};
+    const Read_Request request = {nullptr, &variables.variableAccess};
     Read_Response response = {};
     const i8 result = readProc(&request, &response, 0);
     std::string text = result == serviceSuccess ? "" : "error " + std::to_string(result);
@@ -329,7 +329,7 @@ TEST_F(MmsServices, ADataSetIsReadByItsName) {
     const Name name("Tiny", "LLN0$a"), unknown("Tiny", "LLN0$b");
     VariableList members({"Tiny/GGIO1$ST$Ind1", "Meas/MSTA1$ST$Hst"});
     const DefineNamedVariableList_Request define = {const_cast<ObjectName *>(&name.name),
-                                                    members.specification.listOfVariable_};
+                                                    members.variableAccess.listOfVariable_};
     ASSERT_EQ(defineVarListProc(&define), serviceSuccess);
     EXPECT_EQ(namePage(2, "Tiny", "LLN0$a").names, std::vector<std::string>{"LLN0$a"})
         << "all of them every time";
@@ -363,7 +363,7 @@ TEST_F(MmsServices, DefinitionsAreRefusedWithTheirCodes) {
     const auto define = [](const Name &name, const std::vector<std::string> &members) {
         VariableList list(members);
         const DefineNamedVariableList_Request request = {const_cast<ObjectName *>(&name.name),
-                                                         list.specification.listOfVariable_};
+                                                         list.variableAccess.listOfVariable_};
         return defineVarListProc(&request);
     };
     const std::string good = "Tiny/GGIO1$ST$Ind1", constraint = "Tiny/GGIO1$ST",
@@ -388,7 +388,7 @@ TEST_F(MmsServices, DefinitionsAreRefusedWithTheirCodes) {
 std::string writeList(const std::vector<std::string> &references, const std::vector<Data *> &values) {
     VariableList variables(references);
     Data *list = heapList(Data::structure, values);
-    const Write_Request request = {&variables.specification, list->list};
+    const Write_Request request = {&variables.variableAccess, list->list};
     Write_Response response = {};
     AsnListInit(&response, sizeof(void *));
     std::string text = writeProc(&request, &response, 0) == serviceSuccess ? "" : "refused";
@@ -432,7 +432,7 @@ TEST_F(MmsServices, AWriteWithoutValuesOrByListNameIsRefused) {
     AsnListInit(&values, sizeof(void *));
     Write_Response response = {};
     AsnListInit(&response, sizeof(void *));
-    const Write_Request noValues = {&variables.specification, nullptr}, noVariables = {nullptr, &values};
+    const Write_Request noValues = {&variables.variableAccess, nullptr}, noVariables = {nullptr, &values};
     EXPECT_EQ(writeProc(&noValues, &response, 0), 71);
     EXPECT_EQ(writeProc(&noVariables, &response, 0), 71);
     const Name name("Tiny", "LLN0$a");
