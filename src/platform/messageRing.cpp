@@ -26,12 +26,21 @@ u8 *slotAt(MessageRing *ring, u32 count) {
     return slots + slotSize(ring->maxLength) * (count % ring->maxMessages);
 }
 
+// A count and the next one. Counts run round at twice the slots: a full ring and an empty one differ.
+u32 nextCount(const MessageRing *ring, u32 count) {
+    return (count + 1) % (2 * ring->maxMessages);
+}
+
+u32 heldIn(const MessageRing *ring) {
+    return (ring->sent + 2 * ring->maxMessages - ring->taken) % (2 * ring->maxMessages);
+}
+
 // Holds the ring's lock for a scope, and empties a ring that a dead process left in no sound state.
 struct RingLock {
     explicit RingLock(MessageRing *r) : ring(r) {
         bool recovered = false;
         held = sharedLockTake(&ring->head, WAIT_FOREVER, &recovered);
-        if (held && recovered && ring->sent - ring->taken > ring->maxMessages) {
+        if (held && recovered && heldIn(ring) > ring->maxMessages) {
             storeShared(ring->taken, ring->sent);
         }
     }
@@ -63,13 +72,13 @@ bool ringSend(MessageRing *ring, const void *record, u32 length) {
         return false;
     }
     const RingLock lock(ring);
-    if (!lock.held || ring->sent - ring->taken >= ring->maxMessages) {
+    if (!lock.held || heldIn(ring) >= ring->maxMessages) {
         return false;
     }
     u8 *slot = slotAt(ring, ring->sent);
     std::memcpy(slot, &length, sizeof length);
     std::memcpy(slot + sizeof length, record, length);
-    publish(ring->sent, ring->sent + 1);
+    publish(ring->sent, nextCount(ring, ring->sent));
     return true;
 }
 
@@ -83,7 +92,7 @@ int ringReceive(MessageRing *ring, void *record, u32 maxLength) {
     std::memcpy(&length, slot, sizeof length);
     length = std::min({length, maxLength, ring->maxLength});
     std::memcpy(record, slot + sizeof length, length);
-    publish(ring->taken, ring->taken + 1);
+    publish(ring->taken, nextCount(ring, ring->taken));
     return static_cast<int>(length);
 }
 

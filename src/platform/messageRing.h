@@ -10,12 +10,12 @@ struct MessageRing {
     SharedHead head; // head.lock guards what follows
     u32 maxMessages;
     u32 maxLength; // octets of a record
-    u32 taken;     // records ever received; written under the lock, watched without
-    u32 sent;      // records ever sent; the same
+    u32 taken;     // records received, modulo 2 * maxMessages; written under the lock, watched without
+    u32 sent;      // records sent; the same
 };
 // Behind it lie maxMessages slots, each a length word and maxLength octets, rounded up to a word.
 
-// Octets of a ring, 0 when they leave 32 bits.
+// Octets of a ring, 0 when they leave 31 bits.
 u32 ringSize(u32 maxMessages, u32 maxLength);
 // Whether the ring's own numbers agree with its size.
 bool ringIsSound(const MessageRing *ring);
