@@ -170,6 +170,18 @@ TEST_F(MmsServices, NamesAreListedInPreOrderWithArraysAsLeaves) {
     EXPECT_EQ(namePage(0, "None").result, 72);
 }
 
+TEST_F(MmsServices, NamesThatNoLookupTakesAreNotListed) {
+    const u8 before = std::exchange(externGlbCfg.maxDepth, 4);
+    const std::vector<std::string> want = {"MHAI1",       "MHAI1$MX",     "MHAI1$MX$TotW", "MHAI1$MX$HPhV",
+                                           "MHAI1$MX$HA", "MHAI1$CF",     "MHAI1$CF$TotW", "MSTA1",
+                                           "MSTA1$ST",    "MSTA1$ST$Hst", "MSTA1$CF",      "MSTA1$CF$Hst"};
+    EXPECT_EQ(namePage(0, "Meas").names, want);
+    for (const std::string &name : want) {
+        EXPECT_EQ(namePage(0, "Meas", name).result, serviceSuccess) << name << " continues a list";
+    }
+    externGlbCfg.maxDepth = before;
+}
+
 TEST_F(MmsServices, APageEndsOnceItsOctetsPass2600) {
     // Names of 24 octets count 26 each: a hundred of them are 2600 and not above it.
     GenNode *ld = model.add(&lds, "Many", LevelLD, TypeInner);

@@ -1,6 +1,7 @@
 #include "basicInterface/itemText.h"
 #include "basicInterface/memory.h"
 #include "basicInterface/simpleData.h"
+#include "device/externGlbCfg.h"
 #include "proto-process/c/dataSet.h"
 #include "proto-process/c/services.h"
 
@@ -23,9 +24,12 @@ void appendName(AsnList *list, const char *name) {
     str2Octs(asnListPush(list, MallocOf<AsnOcts>()), name, true);
 }
 
-// Next node in pre-order, `depth` levels below the logical nodes; null behind the last one.
+// Next node in pre-order, `depth` levels below the logical nodes; null behind the last one. Nodes
+// whose reference the lookups refuse as too deep are passed over: no request could name them, and a
+// page that ended on one could not be continued. They are read as parts of their parents.
 GenNode *nextNode(GenNode *node, int *depth) {
-    if (hasChild(node)) {
+    const int childItems = *depth + 2;
+    if (childItems < externGlbCfg.maxDepth && hasChild(node)) {
         ++*depth;
         return node->child;
     }
