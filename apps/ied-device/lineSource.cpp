@@ -4,6 +4,7 @@
 #include <fstream>
 #include <poll.h>
 #include <unistd.h>
+#include <utility>
 
 namespace ied::instrument {
 
@@ -32,11 +33,19 @@ void endSource(LineSource *source) {
 } // namespace
 
 bool loadScript(const std::string &path, LineSource *source) {
+    source->name = path;
     std::ifstream file(path);
     for (std::string line; std::getline(file, line);) {
         source->lines.push_back(line);
     }
     return file.eof();
+}
+
+std::string takeLine(LineSource *source) {
+    std::string line = std::move(source->lines.front());
+    source->lines.pop_front();
+    ++source->taken;
+    return line;
 }
 
 void readLines(LineSource *source) {

@@ -23,8 +23,11 @@ constexpr int longestRestMs = 20; // between two looks at the queues
 // Does the lines that are due. False after "quit".
 bool serveLines(Instrument *instrument, LineSource *source) {
     while (!source->lines.empty() && monotonicNs() >= source->restUntilNs) {
-        const Reply reply = executeLine(instrument, source->lines.front());
-        source->lines.pop_front();
+        const Reply reply = executeLine(instrument, takeLine(source));
+        source->refused |= reply.failed;
+        if (reply.failed && !source->name.empty()) {
+            std::fprintf(stderr, "%s:%u: ", source->name.c_str(), source->taken);
+        }
         std::fputs(reply.text.c_str(), reply.failed ? stderr : stdout);
         std::fflush(stdout);
         if (reply.after == After::Quit) {
@@ -94,7 +97,7 @@ int play(const Options &options) {
         readLines(&input);
         if (!serveLines(instrument.get(), &script) ||
             (script.lines.empty() && !serveLines(instrument.get(), &input))) {
-            return 0;
+            return script.refused ? 1 : 0;
         }
         serveClock(instrument.get(), options, &next);
         rest(input, next);

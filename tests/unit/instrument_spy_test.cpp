@@ -106,6 +106,20 @@ TEST_F(DeviceProcess, instrumentFillsTheRegionServesTheQueuesAndQuits) {
     EXPECT_EQ(test::waitExit(device), 0);
 }
 
+TEST_F(DeviceProcess, namesFileAndLineOfAWrongScriptAndDoesTheRest) {
+    const test::TempFolder folder;
+    const std::string path = folder.path + "/evening.txt";
+    test::writeFile(
+        path,
+        "# load of the evening\n\nfrequency 50.1\nlaod 3\ninput 9 1\nset SET.no 1\nstate RT.Hz\nquit\n");
+    const auto result =
+        test::run({test::binary("ied-device"), "--instance", platformOptions.instance, "--script", path});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, path + ":4: unknown command laod; \"help\" lists all\n" + path +
+                              ":5: usage: input INPUT 0|1\n" + path + ":6: no parameter SET.no\n");
+    EXPECT_NE(result.out.find("\"RT.Hz\":"), std::string::npos) << result.out;
+}
+
 TEST_F(DeviceProcess, refusesOptionsItDoesNotKnowOrCannotUse) {
     for (const std::vector<std::string> &arguments :
          {std::vector<std::string>{"--speed", "0"}, {"--spi"}, {"--script", "/no/such/file"}}) {
