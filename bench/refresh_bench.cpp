@@ -8,7 +8,7 @@
 #include "device/measRefresh.h"
 #include "device/region.h"
 #include "platform/platform.h"
-#include "proto-process/c/client.h"
+#include "proto-process/c/monitorTasks.h"
 
 #include <benchmark/benchmark.h>
 #include <cstring>

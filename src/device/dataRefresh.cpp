@@ -6,7 +6,7 @@
 #include "device/parameterRefresh.h"
 #include "device/region.h"
 #include "device/watchdog.h"
-#include "proto-process/c/client.h"
+#include "proto-process/c/monitorTasks.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -3,7 +3,7 @@
 #include "device/externalInterface.h"
 #include "device/hostOptions.h"
 #include "platform/platform.h"
-#include "proto-process/c/client.h"
+#include "proto-process/c/serverStart.h"
 
 int main(int argc, char **argv) {
     ied::startUpHook(argv);

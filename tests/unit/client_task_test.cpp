@@ -3,6 +3,7 @@
 #include "device/externGlbCfg.h"
 #include "platform/shared.h"
 #include "proto-process/c/client.h"
+#include "proto-process/c/serverStart.h"
 #include "tests/support/conversation.h"
 
 #include <arpa/inet.h>

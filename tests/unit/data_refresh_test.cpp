@@ -4,7 +4,7 @@
 #include "device/measRefresh.h"
 #include "device/parameterRefresh.h"
 #include "device/watchdog.h"
-#include "proto-process/c/client.h"
+#include "proto-process/c/monitorTasks.h"
 #include "tests/support/deviceModel.h"
 #include "tests/support/smallModel.h"
 

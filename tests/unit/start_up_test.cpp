@@ -1,6 +1,7 @@
 #include "device/externGlbCfg.h"
 #include "platform/platform.h"
-#include "proto-process/c/client.h"
+#include "proto-process/c/monitorTasks.h"
+#include "proto-process/c/serverStart.h"
 
 #include <cerrno>
 #include <cstdio>

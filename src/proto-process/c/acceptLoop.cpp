@@ -3,6 +3,7 @@
 #include "device/watchdog.h"
 #include "platform/shared.h"
 #include "proto-process/c/client.h"
+#include "proto-process/c/serverStart.h"
 
 #include <cstring>
 

@@ -96,32 +96,4 @@ bool isClientValid(u8 slot);
 // maxTpduSize. False when it did not go out whole; the association then ends by itself.
 bool sendPacket(u8 *buf, u32 len, u8 slot);
 
-// Start of the process: brings everything up in order and serves; never returns.
-[[noreturn]] void taskMain();
-// One round of the accept loop: waits at most `timeout`, hands a new connection to a free slot.
-void acceptRound(int listenFd, const ::timeval &timeout);
-// Creates the directories of a device path below an existing device. False, after a message on the
-// standard error stream, when one cannot be made. Null and empty paths and unknown devices succeed.
-bool dirInit(const char *path);
-// Opens the listening socket. A failure ends the process with its message; with dbHook set, which
-// takes that message, it returns false.
-bool socketInit(int *listenFd);
-// Turns keep-alive on. A failure closes `fd` and ends the process with its message.
-void activeKeepAlive(int fd);
-// `idle` and `intvl` in seconds. A failure is logged only.
-void setKeepAliveParams(int fd, u32 idle, u32 cnt, u32 intvl);
-// A configured time in milliseconds as select takes it.
-::timeval splitTimeout(u32 milliseconds);
-
-// Monitor and report tasks.
-extern SemId semMonitor; // given by the refresh task when data were refreshed
-extern SemId semRefresh; // given back by the monitor task when it has looked at them
-bool monitorStart();
-// Task bodies; never return. Each repeats its round.
-void taskObjMon(TaskArgument);
-void taskInfoRpt(TaskArgument);
-// One round of each: feeds the watchdog when due, waits for the refresh or the delay, does the work.
-void monitorRound();
-void reportRound();
-
 } // namespace ied

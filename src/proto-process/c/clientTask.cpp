@@ -5,6 +5,7 @@
 #include "device/watchdog.h"
 #include "platform/shared.h"
 #include "proto-process/c/client.h"
+#include "proto-process/c/serverStart.h"
 #include "proto-process/c/services.h"
 
 #include <cstdio>

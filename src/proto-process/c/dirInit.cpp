@@ -1,6 +1,6 @@
 #include "device/externGlbCfg.h"
 #include "platform/platform.h"
-#include "proto-process/c/client.h"
+#include "proto-process/c/serverStart.h"
 
 #include <cstdio>
 #include <string_view>

@@ -2,7 +2,7 @@
 #include "basicInterface/nodeTree.h"
 #include "device/addressBinding.h"
 #include "device/watchdog.h"
-#include "proto-process/c/client.h"
+#include "proto-process/c/monitorTasks.h"
 #include "proto-process/c/controlModel.h"
 #include "proto-process/c/reportModel.h"
 

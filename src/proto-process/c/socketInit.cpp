@@ -1,6 +1,6 @@
 #include "DebugInfo/DebugInfo.h"
 #include "device/externGlbCfg.h"
-#include "proto-process/c/client.h"
+#include "proto-process/c/serverStart.h"
 
 #include <algorithm>
 #include <arpa/inet.h>

@@ -9,6 +9,8 @@
 #include "device/watchdog.h"
 #include "platform/shared.h"
 #include "proto-process/c/client.h"
+#include "proto-process/c/monitorTasks.h"
+#include "proto-process/c/serverStart.h"
 
 #include <cstdio>
 

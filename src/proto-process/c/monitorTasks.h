@@ -1,0 +1,19 @@
+// The monitor task, which looks for changes in the model, and the report task, which sends what it
+// found.
+#pragma once
+
+#include "platform/platform.h"
+
+namespace ied {
+
+extern SemId semMonitor; // given by the refresh task when data were refreshed
+extern SemId semRefresh; // given back by the monitor task when it has looked at them
+bool monitorStart();
+// Task bodies; never return. Each repeats its round.
+void taskObjMon(TaskArgument);
+void taskInfoRpt(TaskArgument);
+// One round of each: feeds the watchdog when due, waits for the refresh or the delay, does the work.
+void monitorRound();
+void reportRound();
+
+} // namespace ied
