@@ -113,16 +113,23 @@ TEST_F(ParameterRefresh, AGroupWalksItsMapAndAllWalksEveryMap) {
     }
 }
 
-TEST(ParameterRefreshDeathTest, FaultsOfArgumentsAndMapsEndTheTask) {
-    const auto wrongMap = [] {
+TEST(ParameterRefreshDeathTest, FaultsOfArgumentsAndMapsAreToldAndEndTheTask) {
+    const auto deal = [](u8 op, u8 group) {
+        const LogLines log;
+        externGlbCfg.dbHook = [](const char *line) { std::fputs(line, stderr); };
+        dealParamProcess(op, nullptr, group);
+    };
+    const auto wrongMap = [&deal] {
         DeviceState device;
         const ParaMap rows[] = {{CdcMV, ParaU16, protoData, 700, 0, 0}};
         paraMapAddr[ParaRO] = rows;
-        dealParamProcess(ParaLiveToSG, nullptr, ParaRO);
+        deal(ParaLiveToSG, ParaRO);
     };
-    EXPECT_EXIT(dealParamProcess(ParaLiveToSG, nullptr, 15), testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(dealParamProcess(ParaEditToSE, nullptr, ParaAll), testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(wrongMap(), testing::ExitedWithCode(0), "");
+    const char *arguments = "\\[UPD\\]\\[ERR\\].*\\[dealParamProcess\\]\\[Input Para Error!\\]";
+    EXPECT_EXIT(deal(ParaLiveToSG, 15), testing::ExitedWithCode(0), arguments);
+    EXPECT_EXIT(deal(ParaEditToSE, ParaAll), testing::ExitedWithCode(0), arguments);
+    EXPECT_EXIT(wrongMap(), testing::ExitedWithCode(0),
+                "\\[UPD\\]\\[ERR\\].*\\[dealParamProcess\\]\\[Para deal error!\\]");
 }
 
 // --------------------------------------------------------------------- what hangs on parameters
