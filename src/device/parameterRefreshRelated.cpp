@@ -120,6 +120,12 @@ void setPointDescription(u32 i, u16 trgMod, u16 monObj) {
     publish(nodes.dNode->data, const_cast<char *>(str.text[side + 2]));
 }
 
+// Units of the first quantities that a setpoint can watch, by their number; those behind have none.
+constexpr u8 quantityUnits[] = {
+    SiNone, SiVolt, SiVolt, SiAmpere, SiVolt, SiAmpere, SiHertz, SiWatt, SiVAr, SiVA,   SiNone, SiNone,
+    SiNone, SiNone, SiNone, SiNone,   SiNone, SiNone,   SiWatt,  SiVAr,  SiVA,  SiWatt, SiVAr,  SiVA,
+};
+
 // Unit of the quantity that a setpoint watches; false for one that has none.
 bool unitOf(u16 monObj, u8 *unit) {
     constexpr u16 harmonicFirst = 36;
@@ -135,38 +141,7 @@ bool unitOf(u16 monObj, u8 *unit) {
         }
         return true;
     }
-    switch (monObj) {
-    case 1:
-    case 2:
-    case 4:
-        *unit = SiVolt;
-        break;
-    case 3:
-    case 5:
-        *unit = SiAmpere;
-        break;
-    case 6:
-        *unit = SiHertz;
-        break;
-    case 7:
-    case 18:
-    case 21:
-        *unit = SiWatt;
-        break;
-    case 8:
-    case 19:
-    case 22:
-        *unit = SiVAr;
-        break;
-    case 9:
-    case 20:
-    case 23:
-        *unit = SiVA;
-        break;
-    default:
-        *unit = SiNone;
-        break;
-    }
+    *unit = monObj < std::size(quantityUnits) ? quantityUnits[monObj] : u8{SiNone};
     return true;
 }
 
