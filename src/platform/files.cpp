@@ -76,7 +76,7 @@ FileOps fileOps = {hostOpen, hostRead,  hostWrite,  hostLseek, hostClose,  hostI
                    hostStat, hostFstat, hostAccess, hostMkdir, hostRemove, hostRename};
 
 std::string hostPath(const char *devicePath) {
-    return platformOptions.root + devicePath;
+    return platformOptions.root + (devicePath[0] == '/' ? "" : "/") + devicePath;
 }
 
 } // namespace ied

@@ -27,7 +27,6 @@ class DebugLog : public testing::Test {
         externGlbCfgInit();
         hooked.clear();
         platformOptions.root = folder.path;
-        setConfigField("debugDir", "/");
         externGlbCfg.dbDest = DBINFO_DST_FILE;
         noteFailure(nullptr);
     }
