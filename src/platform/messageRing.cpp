@@ -35,13 +35,26 @@ u32 heldIn(const MessageRing *ring) {
     return (ring->sent + 2 * ring->maxMessages - ring->taken) % (2 * ring->maxMessages);
 }
 
-// Holds the ring's lock for a scope, and empties a ring that a dead process left in no sound state.
+bool countsAreSound(const MessageRing *ring) {
+    const u32 end = 2 * ring->maxMessages;
+    return ring->sent < end && ring->taken < end && heldIn(ring) <= ring->maxMessages;
+}
+
+// How long the lock is waited for. A peer holds it for the copy of a record; one that was stopped
+// in the middle of it must not stop this process too.
+int lockTicks() {
+    return static_cast<int>(sysClkRateGet()) / 10 + 1;
+}
+
+// Holds the ring's lock for a scope, if it can be had, and empties a ring that a dead process left
+// in no sound state.
 struct RingLock {
     explicit RingLock(MessageRing *r) : ring(r) {
         bool recovered = false;
-        held = sharedLockTake(&ring->head, WAIT_FOREVER, &recovered);
-        if (held && recovered && heldIn(ring) > ring->maxMessages) {
-            storeShared(ring->taken, ring->sent);
+        held = sharedLockTake(&ring->head, lockTicks(), &recovered);
+        if (held && recovered && !countsAreSound(ring)) {
+            publish(ring->taken, 0U);
+            publish(ring->sent, 0U);
         }
     }
     ~RingLock() {

@@ -19,7 +19,7 @@ struct MessageRing {
 u32 ringSize(u32 maxMessages, u32 maxLength);
 // Whether the ring's own numbers agree with its size.
 bool ringIsSound(const MessageRing *ring);
-// Puts a record behind the others. False: full, or longer than a slot.
+// Puts a record behind the others. False: full, longer than a slot, or held up by a stopped process.
 bool ringSend(MessageRing *ring, const void *record, u32 length);
 // Takes the oldest record, cut at `maxLength` octets. Its length, or -1 when there is none.
 int ringReceive(MessageRing *ring, void *record, u32 maxLength);

@@ -216,6 +216,25 @@ TEST_F(SharedObjects, AProcessThatDiesInTheQueueLeavesItWorking) {
     EXPECT_EQ(msgQReceive(q, record, sizeof record, NO_WAIT), 1);
 }
 
+TEST_F(SharedObjects, AProcessThatIsStoppedInTheQueueStopsNobodyElse) {
+    MsgQId q = queue();
+    const pid_t stopped = forkChild([] {
+        const auto nothing = [](SharedHead *, const void *) {};
+        sharedLockTake(sharedObjectOpen(commandQueue, SharedQueue, 0, nothing, nullptr), WAIT_FOREVER,
+                       nullptr);
+        raise(SIGSTOP);
+    });
+    int status = 0;
+    ASSERT_EQ(waitpid(stopped, &status, WUNTRACED), stopped);
+    char record[20];
+    EXPECT_EQ(msgQSend(q, "a", 1, NO_WAIT, 0), ERROR);
+    EXPECT_EQ(msgQReceive(q, record, sizeof record, NO_WAIT), ERROR);
+    kill(stopped, SIGKILL);
+    waitpid(stopped, &status, 0);
+    EXPECT_EQ(msgQSend(q, "b", 1, NO_WAIT, 0), OK);
+    EXPECT_EQ(msgQReceive(q, record, sizeof record, NO_WAIT), 1);
+}
+
 // ------------------------------------------------------------------------------------ the region
 
 TEST_F(SharedObjects, ARegionMadeByAnotherProgramGrowsAndNeverShrinks) {
