@@ -158,13 +158,17 @@ SemId semMCreate(u32 /*options*/) {
 
 SemId semBCreate(u32 /*options*/, int initialState) {
     SemId semaphore = make(Kind::Binary);
-    semaphore->full = initialState != semEmpty;
+    if (semaphore != nullptr) {
+        semaphore->full = initialState != semEmpty;
+    }
     return semaphore;
 }
 
 SemId semRWCreate(u32 /*options*/, int maxReaders) {
     SemId semaphore = make(Kind::ReaderWriter);
-    semaphore->maxReaders = maxReaders;
+    if (semaphore != nullptr) {
+        semaphore->maxReaders = maxReaders;
+    }
     return semaphore;
 }
 
@@ -178,8 +182,7 @@ SemId semOpen(const char *name, int type, int /*initialState*/, u32 /*options*/,
     while (semaphore != nullptr && semaphore->shared != shared) {
         semaphore = semaphore->next;
     }
-    if (semaphore == nullptr) {
-        semaphore = make(Kind::Named);
+    if (semaphore == nullptr && (semaphore = make(Kind::Named)) != nullptr) {
         semaphore->shared = shared;
         semaphore->next = named.first;
         named.first = semaphore;
