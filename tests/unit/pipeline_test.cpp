@@ -140,6 +140,14 @@ TEST(Fragments, that_make_a_broken_tsdu_are_forgotten_with_the_next_request) {
     EXPECT_EQ(client.send(joined(fragments(tsdu, 6))), "");
     EXPECT_EQ(client.send(request(1, identify)), identifyReply(1));
     EXPECT_EQ(client.send(joined(fragments(tsduOf(request(2, identify)), 6))), identifyReply(2));
+    // A request in two pieces begins a TSDU of its own, too.
+    const std::string good = request(3, identify);
+    for (std::size_t cut = 2; cut < good.size(); cut += 2) {
+        EXPECT_EQ(client.send(joined(fragments(tsdu, 6))), "");
+        EXPECT_EQ(client.send(good.substr(0, cut)), "");
+        EXPECT_EQ(client.send(good.substr(cut)), identifyReply(3)) << cut;
+        EXPECT_EQ(client.held(), 0U);
+    }
 }
 
 TEST(Fragments, more_than_the_reassembly_buffer_holds_are_dropped_and_the_next_request_is_served) {

@@ -74,8 +74,8 @@ u32 behindBroken(const Input &in, u32 newOctets) {
 u32 passBroken(PacketBuf *pdu, Input *in, ResBuf *resBuf, u32 newOctets, i32 *err) {
     u32 n = 0;
     for (u32 next = behindBroken(*in, newOctets); n == 0 && next != 0; next = behindBroken(*in, newOctets)) {
-        if (*err == ErrOverflow) {
-            initPdu(pdu, false);
+        if (*err != ErrIncomplete && *err != ErrUnknownTpdu) {
+            initPdu(pdu, false); // what has been reassembled, too, for it ends with this frame
         }
         in->off = next;
         resBuf->broken = next;
