@@ -208,15 +208,24 @@ TEST_F(Server, keeps_the_connection_after_a_conclude) {
     client.close();
 }
 
-TEST_F(Server, ends_a_connection_when_no_slot_that_is_left_has_a_task) {
-    for (u8 slot = 0; slot < slots; ++slot) {
-        publish(clientStat[slot].status, CS_NONE);
-    }
+TEST_F(Server, lets_a_client_wait_while_no_slot_that_is_left_has_a_task) {
+    const auto change = [](u8 from, u8 to) {
+        for (u8 slot = 0; slot < slots; ++slot) {
+            if (loadPublished(clientStat[slot].status) == from) {
+                publish(clientStat[slot].status, to);
+            }
+        }
+    };
+    change(CS_IDLE, CS_NONE);
+    Client early(port); // the accept loop may have found its slot before
     Client client(port);
-    EXPECT_TRUE(client.isEnded());
-    for (u8 slot = 0; slot < slots; ++slot) {
-        publish(clientStat[slot].status, CS_IDLE);
-    }
+    ASSERT_TRUE(client.connected && client.give(crFrame));
+    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // several rounds of the accept loop
+    u8 none;
+    EXPECT_EQ(::recv(client.fd, &none, 1, MSG_DONTWAIT), -1);
+    EXPECT_EQ(errno, EAGAIN) << "the connection waits";
+    change(CS_NONE, CS_IDLE);
+    EXPECT_EQ(client.take(plain(ccFrame).size() / 2), plain(ccFrame));
 }
 
 TEST_F(Server, gives_the_slot_back_when_a_client_vanishes_in_any_state) {

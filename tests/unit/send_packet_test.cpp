@@ -1,4 +1,5 @@
 #include "device/externGlbCfg.h"
+#include "platform/shared.h"
 #include "proto-process/c/client.h"
 #include "tests/support/conversation.h"
 
@@ -147,6 +148,15 @@ TEST_F(SendPacket, gives_a_broken_connection_up_at_once) {
     EXPECT_FALSE(send(10));
     EXPECT_EQ(tickGet(), start);
     EXPECT_EQ(sendFail(), externGlbCfg.maxSendFail);
+}
+
+TEST_F(SendPacket, leaves_a_slot_alone_whose_client_has_left) {
+    storeShared(clientStat[client.slot].sockFd, -1);
+    EXPECT_FALSE(send(10));
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(sendFail(), 0U) << "the next client starts with it";
+    storeShared(clientStat[client.slot].sockFd, 0);
+    EXPECT_TRUE(send(10));
 }
 
 SemId release;

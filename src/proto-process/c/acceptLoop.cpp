@@ -21,20 +21,21 @@ u8 freeSlot() {
     return clientNone;
 }
 
-void waitForRoom() {
-    while (loadPublished(clientNum) >= externGlbCfg.maxClientNum) {
+// Waits for a free slot; it stays free, since no other task takes one. A slot without a task is
+// never free, though it does not count as occupied.
+u8 waitForRoom() {
+    for (;;) {
+        const u8 slot = freeSlot();
+        if (slot != clientNone && loadPublished(clientNum) < externGlbCfg.maxClientNum) {
+            return slot;
+        }
         wdgFeedIfEnabled();
         sleepSeconds(1);
     }
 }
 
-// Hands the connection to the task of a free slot.
-void startClient(int fd, const ::sockaddr_storage &peer) {
-    const u8 slot = freeSlot();
-    if (slot == clientNone) {
-        socketOps.close(fd); // the slots that are left have no task
-        return;
-    }
+// Hands the connection to the task of the slot.
+void startClient(u8 slot, int fd, const ::sockaddr_storage &peer) {
     ClientStat *client = &clientStat[slot];
     storeShared(client->sockFd, fd);
     std::memcpy(client->peerAddr, &peer, sizeof client->peerAddr);
@@ -57,7 +58,7 @@ void startClient(int fd, const ::sockaddr_storage &peer) {
 } // namespace
 
 void acceptRound(int listenFd, const ::timeval &timeout) {
-    waitForRoom();
+    const u8 slot = waitForRoom();
     ::fd_set readable;
     FD_ZERO(&readable);
     FD_SET(listenFd, &readable);
@@ -82,7 +83,7 @@ void acceptRound(int listenFd, const ::timeval &timeout) {
         dbInfo(DbSOC, DbSYS, "taskMain", "Aceept Error!");
         return;
     }
-    startClient(fd, peer);
+    startClient(slot, fd, peer);
 }
 
 } // namespace ied

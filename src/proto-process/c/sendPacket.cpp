@@ -110,6 +110,10 @@ bool sendPacket(u8 *buf, u32 len, u8 slot) {
         return false;
     }
     ClientStat *client = &clientStat[slot];
+    if (loadShared(client->sockFd) < 0) { // the client left before the task had the socket
+        semGive(semSend[slot]);
+        return false;
+    }
     u8 *packet = buf + externGlbCfg.sendBufSize - len - 1;
     const u32 frameMax = std::min(externGlbCfg.maxTpduSize, tpktLengthMax);
     const bool sent = len <= frameMax ? sendPiece(client, packet, len, wholeMessages)
