@@ -124,10 +124,14 @@ TEST_F(Exhaustion, names_of_data_sets_of_every_length_and_odd_separators) {
     for (std::size_t length : {31U, 32U, 33U, 255U, 256U, 5000U}) {
         EXPECT_EQ(answer(define(std::string(length, 'n'), member)), definitionError("02")) << length;
     }
+    for (const std::string &item : {"LLN0$" + std::string(251, 'n'), "LLN0$" + std::string(5000, '$'),
+                                    "LLN0$" + std::string(30000, 'n')}) {
+        EXPECT_EQ(answer(define(item, member)), definitionError("02")) << item.size();
+    }
     for (const std::string &item :
          {std::string("LLN0$"), std::string("LLN0$$"), std::string("LLN0$a$b"), std::string("LLN0$a$"),
           "LLN0$" + std::string(27, 'n'), "LLN0$" + std::string(28, 'n'), "LLN0$" + std::string(250, 'n'),
-          "LLN0$" + std::string(251, 'n'), "LLN0$" + std::string(5000, '$')}) {
+          "LLN0$" + std::string(250, '$')}) {
         EXPECT_EQ(answer(define(item, member)), defined) << item.substr(0, 40);
         EXPECT_EQ(answer(define(item, member)), definitionError("05")) << "object-exists";
         EXPECT_TRUE(answer(readSet(item)).find(canonical("A4")) == 10) << item.substr(0, 40);

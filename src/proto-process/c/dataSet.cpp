@@ -132,7 +132,7 @@ int checkDsName(const ObjectName *objectName) {
     }
     const std::string_view item = octsView(&parts->itemId);
     const std::size_t end = item.find('$');
-    if (end == std::string_view::npos) {
+    if (end == std::string_view::npos || item.size() >= maxItemText) { // no reference is that long
         dbInfo(DbDAT, DbERR, function, "Invalid data set name: %s!", NameText(objectName).text);
         return -1;
     }
