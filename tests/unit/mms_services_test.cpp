@@ -170,18 +170,6 @@ TEST_F(MmsServices, NamesAreListedInPreOrderWithArraysAsLeaves) {
     EXPECT_EQ(namePage(0, "None").result, 72);
 }
 
-TEST_F(MmsServices, NamesThatNoLookupTakesAreNotListed) {
-    const u8 before = std::exchange(externGlbCfg.maxDepth, 4);
-    const std::vector<std::string> want = {"MHAI1",       "MHAI1$MX",     "MHAI1$MX$TotW", "MHAI1$MX$HPhV",
-                                           "MHAI1$MX$HA", "MHAI1$CF",     "MHAI1$CF$TotW", "MSTA1",
-                                           "MSTA1$ST",    "MSTA1$ST$Hst", "MSTA1$CF",      "MSTA1$CF$Hst"};
-    EXPECT_EQ(namePage(0, "Meas").names, want);
-    for (const std::string &name : want) {
-        EXPECT_EQ(namePage(0, "Meas", name).result, serviceSuccess) << name << " continues a list";
-    }
-    externGlbCfg.maxDepth = before;
-}
-
 TEST_F(MmsServices, APageEndsOnceItsOctetsPass2600) {
     // Names of 24 octets count 26 each: a hundred of them are 2600 and not above it.
     GenNode *ld = model.add(&lds, "Many", LevelLD, TypeInner);
@@ -198,6 +186,27 @@ TEST_F(MmsServices, APageEndsOnceItsOctetsPass2600) {
     const NamePage rest = namePage(0, "Many", "BB");
     EXPECT_TRUE(rest.names.empty());
     EXPECT_FALSE(rest.moreFollows);
+}
+
+TEST_F(MmsServices, APageEndsOnANameThatCanBeContinued) {
+    // Seven names of a branch go down to eight items; the lookups take seven at the most.
+    GenNode *ld = model.add(&lds, "Deep", LevelLD, TypeInner);
+    for (int i = 0; i < 30; ++i) {
+        GenNode *node = model.add(ld, ("Branch" + std::to_string(10 + i)).c_str(), LevelLN, TypeInner);
+        for (const char *name : {"a", "b", "c", "d", "e", "f"}) {
+            node = model.add(node, name, LevelInner, TypeInner);
+        }
+        model.leaf(node, "deepLeafOfANameThatIsThirtyLng", TypeBoolean);
+    }
+    std::vector<std::string> names;
+    for (bool more = true; more;) {
+        const NamePage page = namePage(0, "Deep", names.empty() ? "" : names.back());
+        ASSERT_EQ(page.result, serviceSuccess) << names.back();
+        names.insert(names.end(), page.names.begin(), page.names.end());
+        more = page.moreFollows;
+    }
+    EXPECT_EQ(names.size(), 30U * 8U) << "every node once";
+    EXPECT_EQ(names.back(), "Branch39$a$b$c$d$e$f$deepLeafOfANameThatIsThirtyLng");
 }
 
 TEST_F(MmsServices, OtherClassesOfObjects) {

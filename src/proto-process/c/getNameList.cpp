@@ -11,7 +11,7 @@ namespace ied {
 
 namespace {
 
-constexpr u16 pageOctets = 2600; // a page of names ends once their lengths, each plus 2, are above this
+constexpr u32 pageOctets = 2600; // a page of names ends once their lengths, each plus 2, are above this
 
 enum ObjectClass : AsnInt {
     namedVariable = 0,
@@ -24,12 +24,9 @@ void appendName(AsnList *list, const char *name) {
     str2Octs(asnListPush(list, MallocOf<AsnOcts>()), name, true);
 }
 
-// Next node in pre-order, `depth` levels below the logical nodes; null behind the last one. Nodes
-// whose reference the lookups refuse as too deep are passed over: no request could name them, and a
-// page that ended on one could not be continued. They are read as parts of their parents.
+// Next node in pre-order, `depth` levels below the logical nodes; null behind the last one.
 GenNode *nextNode(GenNode *node, int *depth) {
-    const int childItems = *depth + 2;
-    if (childItems < externGlbCfg.maxDepth && hasChild(node)) {
+    if (hasChild(node)) {
         ++*depth;
         return node->child;
     }
@@ -91,14 +88,16 @@ int getItemList(AsnList *list, const AsnOcts *domainName, const AsnOcts *continu
         depth = itemDepth;
         node = nextNode(node, &depth);
     }
-    u16 total = 0;
+    u32 total = 0;
     while (node != nullptr) {
         char path[maxPathText];
         getAllPath(node, path, false);
         appendName(list, path);
-        total = static_cast<u16>(total + std::strlen(path) + 2);
+        total += static_cast<u32>(std::strlen(path)) + 2;
+        // A page never ends on a name that the lookups refuse as too deep: it could not be continued.
+        const int items = depth + 1;
         node = nextNode(node, &depth);
-        if (total > pageOctets) {
+        if (total > pageOctets && items < externGlbCfg.maxDepth) {
             return 2;
         }
     }
