@@ -101,6 +101,18 @@ bool storeValue(const Data *data, GenNode *node, void *place) {
     }
 }
 
+// Octets of the text that fit: not more than `room`, and no part of a character of UTF-8.
+u32 fittingLength(const char *text, u32 room, const SimpleType &type) {
+    u32 length = sharedTextLength(text, room);
+    const auto continues = [text](u32 at) { return (static_cast<u8>(text[at]) & 0xC0) == 0x80; };
+    if (type.kind == Data::mMSString && length == room) {
+        while (length > 0 && continues(length)) {
+            --length;
+        }
+    }
+    return length;
+}
+
 bool configText(GenNode *node, void *place, const char *text, const SimpleType &type) {
     // The texts of the data records have 255 octets and an end; those of clients, what may be written.
     constexpr u32 recordText = 255;
@@ -113,7 +125,7 @@ bool configText(GenNode *node, void *place, const char *text, const SimpleType &
         publish(node->data, place = Malloc(room + 1U));
     }
     if (place != text) {
-        storeSharedText(static_cast<char *>(place), text, sharedTextLength(text, room));
+        storeSharedText(static_cast<char *>(place), text, fittingLength(text, room, type));
     }
     return true;
 }

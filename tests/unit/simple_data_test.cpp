@@ -368,6 +368,22 @@ TEST(Configured, ATextIsThePlaceUntilAClientWritesTheLeaf) {
     freeHeap(longer);
 }
 
+TEST(Configured, ATextThatIsTooLongIsCutBetweenCharacters) {
+    const SmallModel model;
+    GenNode *leaf = model.node("Tiny/GGIO1$ST$None$unicode255");
+    std::string text;
+    for (int i = 0; i < 100; ++i) {
+        text += "\xE7\x94\xB5"; // one character of three octets
+    }
+    for (const std::size_t before : {0U, 1U, 2U}) { // 255 octets end behind a character, or within one
+        text.insert(0, before == 0 ? 0 : 1, 'x');
+        char place[256] = {};
+        leaf->data = place;
+        EXPECT_TRUE(setNodeConfig(leaf, text.c_str()));
+        EXPECT_EQ(std::string(place), text.substr(0, before == 0 ? 255 : 252 + before)) << before;
+    }
+}
+
 TEST(Configured, TimesAndStructuresTakeNoText) {
     SmallModel model;
     EXPECT_FALSE(setNodeConfig(model.node("Tiny/GGIO1$ST$None$timestamp"), "1"));
