@@ -10,7 +10,8 @@
 namespace ied {
 
 bool isTimeOut(u32 startTick, u32 ms) {
-    const u32 elapsed = tickGet() - startTick;
+    const u32 now = tickGet();
+    const u32 elapsed = now >= startTick ? now - startTick : now + (~u32{0} - startTick); // wrapped
     const u32 rate = std::max<u32>(externGlbCfg.tickRate, 1);
     return u64{elapsed} * 1000 / rate >= ms;
 }
