@@ -1,8 +1,9 @@
+#include "proto-process/c/monitorTasks.h"
+
 #include "DebugInfo/DebugInfo.h"
 #include "basicInterface/nodeTree.h"
 #include "device/addressBinding.h"
 #include "device/watchdog.h"
-#include "proto-process/c/monitorTasks.h"
 #include "proto-process/c/controlModel.h"
 #include "proto-process/c/reportModel.h"
 
