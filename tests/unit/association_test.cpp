@@ -125,6 +125,21 @@ TEST(Order, a_release_where_the_associate_belongs_is_answered_and_makes_no_assoc
     client.associate();
 }
 
+// Frames that would bring a request past the state of the client.
+TEST(Order, nothing_is_served_behind_a_cr_or_by_an_associate_in_a_finish) {
+    const std::string data = request(1, identify).substr(14);
+    const std::string finish = tlv("C1", tlv("61", tlv("30", "020101" + tlv("A0", aarq(initiateRequest)))));
+    for (const std::string &sent : {tpkt("06E0 0000 0001 00" + data), frame(tlv("09", finish))}) {
+        Conversation client;
+        EXPECT_EQ(client.send(sent), "") << sent;
+        EXPECT_EQ(client.status(), CS_TCP);
+        client.reachData();
+        EXPECT_EQ(client.send(sent), "") << sent;
+        EXPECT_EQ(client.status(), CS_DATA);
+        EXPECT_EQ(client.send(request(9, identify)), identifyReply(9));
+    }
+}
+
 struct IgnoredCase {
     const char *what;
     std::string octets;
@@ -157,6 +172,7 @@ INSTANTIATE_TEST_SUITE_P(
                     IgnoredCase{"empty_user_data", frame("01000100 6100")},
                     IgnoredCase{"simply_encoded_data", frame("01000100 4000")},
                     IgnoredCase{"octet_aligned_value", frame("01000100 6108 3006 020103 810100")},
+                    IgnoredCase{"service_ext_in_primitive_form", dataFrame("A00B 020101 8200 9F4F03 800101")},
                     IgnoredCase{"cut_mms_pdu", dataFrame("A005 020101")}),
     [](const auto &one) { return std::string(one.param.what); });
 

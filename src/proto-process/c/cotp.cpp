@@ -72,7 +72,8 @@ u32 decConnectRequest(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {
         }
         pos += size;
     }
-    return pos;
+    // A CR of class 0 has no user data. Octets behind it would be served before any association.
+    return pos == len ? pos : fail(err, ErrUnknownTpdu);
 }
 
 u32 decData(TpduCotp *rec, const u8 *data, u32 len, i32 *err) {

@@ -119,6 +119,11 @@ int processUserData(const Ppdu8823 *request, Ppdu8823 *reply, int type, u8 slot)
     if (apdu == nullptr) {
         return 0;
     }
+    if (apdu->choiceId == ACSE_apdu::aarq) {
+        // In a FINISH it would be served past the state of the client, which looks at a CONNECT's.
+        dbInfo(DbSOC, DbERR, "processPpdu8823", "ppdu contain error");
+        return 0;
+    }
     reply->userDataPresent = 1;
     PDV_listChoice *value = newUserData(&reply->userData, contextAcse, PDV_listChoice::acse);
     value->acseApdu = MallocOf<ACSE_apdu>();
