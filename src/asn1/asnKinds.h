@@ -142,4 +142,9 @@ struct Undecoded {
     static void release(AsnOcts *value) { OctetString::release(value); }
 };
 
+// The same for a type that has no primitive form.
+struct UndecodedConstructed : Undecoded {
+    static constexpr Form form = Form::constructed;
+};
+
 } // namespace ied::asn

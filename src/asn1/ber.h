@@ -182,6 +182,7 @@ struct Utf8;                                // AsnOcts
 struct Graphic;                             // AsnOcts, not checked
 struct Any;                                 // AsnAny
 struct Undecoded;                           // AsnOcts: a whole element as it came, its structure checked
+struct UndecodedConstructed;                // the same for a type that has no primitive form
 template <class Element> struct SequenceOf; // AsnList of pointers to the element's value
 template <class Kind> struct Nested;        // what can hold itself
 } // namespace asn

@@ -135,7 +135,7 @@ inline constexpr auto asnDefinition<VariableSpecification> = choice(-1280,
     alternative<VariableSpecification::variableDescription,
         &VariableSpecification::variableDescription_>(context(2)),
     alternative<VariableSpecification::scatteredAccessDescription, &VariableSpecification::scattered,
-        Undecoded>(context(3)),
+        UndecodedConstructed>(context(3)),
     nullAlternative<VariableSpecification::invalidated>(context(4)));
 
 template <>

@@ -71,15 +71,15 @@ inline constexpr auto asnDefinition<ConfirmedServiceResponse> = [] {
 template <>
 inline constexpr auto asnDefinition<Confirmed_RequestPDU> = sequence(-2540,
     component<&Confirmed_RequestPDU::invokeID>(),
-    optional<&Confirmed_RequestPDU::listOfModifier, Undecoded>(universal(16)),
+    optional<&Confirmed_RequestPDU::listOfModifier, UndecodedConstructed>(universal(16)),
     component<&Confirmed_RequestPDU::service>(),
-    optional<&Confirmed_RequestPDU::service_ext, Undecoded>(context(79)));
+    optional<&Confirmed_RequestPDU::service_ext, UndecodedConstructed>(context(79)));
 
 template <>
 inline constexpr auto asnDefinition<Confirmed_ResponsePDU> = sequence(-2560,
     component<&Confirmed_ResponsePDU::invokeID>(),
     component<&Confirmed_ResponsePDU::service>(),
-    optional<&Confirmed_ResponsePDU::service_ext, Undecoded>(context(79)));
+    optional<&Confirmed_ResponsePDU::service_ext, UndecodedConstructed>(context(79)));
 
 template <>
 inline constexpr auto asnDefinition<ServiceErrorChoice> = [] {
@@ -105,7 +105,7 @@ inline constexpr auto asnDefinition<ServiceError> = sequence(-2600,
     component<&ServiceError::errorClass>(explicitContext(0)),
     optional<&ServiceError::additionalCode>(context(1)),
     optional<&ServiceError::additionalDescription, Visible>(context(2)),
-    optional<&ServiceError::serviceSpecificInformation, Undecoded>(context(3)));
+    optional<&ServiceError::serviceSpecificInformation, UndecodedConstructed>(context(3)));
 
 template <>
 inline constexpr auto asnDefinition<Confirmed_ErrorPDU> = sequence(-2620,
@@ -127,7 +127,7 @@ inline constexpr auto asnDefinition<UnconfirmedService> = choice(-2660,
 template <>
 inline constexpr auto asnDefinition<Unconfirmed_PDU> = sequence(-2680,
     component<&Unconfirmed_PDU::service>(),
-    optional<&Unconfirmed_PDU::service_ext, Undecoded>(context(79)));
+    optional<&Unconfirmed_PDU::service_ext, UndecodedConstructed>(context(79)));
 
 template <>
 inline constexpr auto asnDefinition<RejectPDUChoice> = [] {

@@ -36,7 +36,7 @@ template <>
 inline constexpr auto asnDefinition<Authentication_value> = choice(-3040,
     alternative<Authentication_value::charstring, &Authentication_value::charstring_>(context(0)),
     alternative<Authentication_value::bitstring, &Authentication_value::bitstring_>(context(1)),
-    alternative<Authentication_value::external, &Authentication_value::external_, Undecoded>(context(2)),
+    alternative<Authentication_value::external, &Authentication_value::external_, UndecodedConstructed>(context(2)),
     alternative<Authentication_value::other, &Authentication_value::other_>(context(3)));
 
 template <>
@@ -54,7 +54,7 @@ inline constexpr auto asnDefinition<AARQ_apdu> = sequence(-3060,
     optional<&AARQ_apdu::sender_acse_requirements>(context(10)),
     optional<&AARQ_apdu::mechanism_name>(context(11)),
     optional<&AARQ_apdu::calling_authentication_value>(explicitContext(12)),
-    optional<&AARQ_apdu::application_context_name_list, Undecoded>(context(13)),
+    optional<&AARQ_apdu::application_context_name_list, UndecodedConstructed>(context(13)),
     optional<&AARQ_apdu::implementation_information>(context(29)),
     optional<&AARQ_apdu::user_information, UserInformation>(context(30)));
 
@@ -78,7 +78,7 @@ inline constexpr auto asnDefinition<AARE_apdu> = sequence(-3100,
     optional<&AARE_apdu::responder_acse_requirements>(context(8)),
     optional<&AARE_apdu::mechanism_name>(context(9)),
     optional<&AARE_apdu::responding_authentication_value>(explicitContext(10)),
-    optional<&AARE_apdu::application_context_name_list, Undecoded>(context(11)),
+    optional<&AARE_apdu::application_context_name_list, UndecodedConstructed>(context(11)),
     optional<&AARE_apdu::implementation_information>(context(29)),
     optional<&AARE_apdu::user_information, UserInformation>(context(30)));
 
