@@ -34,6 +34,8 @@ struct PDV_list {
     PDV_listChoice *presentation_data_values;
 };
 
+using Fully_encoded_data = AsnList; // of PDV_list
+
 struct User_data {
     enum : u32 {
         simplyEncoded,
@@ -42,7 +44,7 @@ struct User_data {
     u32 choiceId;
     union {
         AsnOcts *simply_encoded_data;
-        AsnList *fully_encoded_data; // of PDV_list
+        Fully_encoded_data *fully_encoded_data;
     };
 };
 
@@ -51,6 +53,8 @@ struct Context_listSeq {
     AsnOid abstract_syntax_name;
     AsnList *transfer_syntax_name_list; // of AsnOid
 };
+
+using Context_list = AsnList; // of Context_listSeq
 
 struct Default_context_name {
     AsnOid abstract_syntax_name;
@@ -61,7 +65,7 @@ struct CP_typeSeq {
     AsnBits protocol_version;
     AsnOcts calling_presentation_selector;
     AsnOcts called_presentation_selector;
-    AsnList *presentation_context_definition_list; // of Context_listSeq
+    Context_list *presentation_context_definition_list;
     Default_context_name *default_context_name;
     AsnBits presentation_requirements;
     AsnBits user_session_requirements;
@@ -79,10 +83,12 @@ struct Result_listSeq {
     AsnInt *provider_reason;
 };
 
+using Result_list = AsnList; // of Result_listSeq
+
 struct CPA_PPDUSeq {
     AsnBits protocol_version;
     AsnOcts responding_presentation_selector;
-    AsnList *presentation_context_definition_result_list; // of Result_listSeq
+    Result_list *presentation_context_definition_result_list;
     AsnBits presentation_requirements;
     AsnBits user_session_requirements;
     User_data *user_data;
