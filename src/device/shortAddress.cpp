@@ -33,7 +33,7 @@ SAddrFault checkItems(std::string_view text) {
 }
 
 void refuse(const char *caller, const char *format, const char *sAddr) {
-    char text[200];
+    char text[512]; // of a line of the log
     std::snprintf(text, sizeof text, format, sAddr);
     dbInfo(DbSCL, DbPAN, caller, "%s", text);
 }
