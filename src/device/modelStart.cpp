@@ -69,6 +69,7 @@ bool modelCfgInit(const char *icdPath) {
             dbInfo(step.category, DbERR, "modelCfgInit", "%s", step.failure);
             return false;
         }
+        noteFailure(nullptr); // what a step went on after is not why a later one fails
         dbInfo(step.category, DbCRI, "modelCfgInit", "%s", step.success);
     }
     return true;
