@@ -129,19 +129,27 @@ std::string lower(std::string text) {
     return text;
 }
 
-// A pattern with a separator is held against the whole reference, any other against the last name.
-bool matches(const Reference &reference, const std::string &pattern) {
-    const bool whole = pattern.find_first_of("/.[$") != std::string::npos;
-    const bool glob = pattern.find_first_of("*?") != std::string::npos;
-    const std::string text = lower(whole                    ? personal(reference)
-                                   : reference.path.empty() ? reference.node
-                                                            : reference.path.back().name);
+// Whether a text contains a pattern, or is what one with * or ? describes.
+bool textMatches(const std::string &text, const std::string &pattern) {
+    if (pattern.find_first_of("*?") == std::string::npos) {
+        return lower(text).find(lower(pattern)) != std::string::npos;
+    }
     std::string escaped;
     for (char c : lower(pattern)) {
         escaped += c == '[' ? "\\[" : std::string(1, c);
     }
-    return glob ? fnmatch(escaped.c_str(), text.c_str(), 0) == 0
-                : text.find(lower(pattern)) != std::string::npos;
+    return fnmatch(escaped.c_str(), lower(text).c_str(), 0) == 0;
+}
+
+// A pattern with a separator is held against the whole reference, with its FC and without, any
+// other against the last name.
+bool matches(const Reference &reference, const std::string &pattern) {
+    if (pattern.find_first_of("/.[$") == std::string::npos) {
+        return textMatches(reference.path.empty() ? reference.node : reference.path.back().name, pattern);
+    }
+    Reference withoutFc = reference;
+    withoutFc.fc.clear();
+    return textMatches(personal(reference), pattern) || textMatches(personal(withoutFc), pattern);
 }
 
 } // namespace

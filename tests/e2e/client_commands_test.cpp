@@ -110,6 +110,9 @@ TEST_F(ClientCommands, the_model_is_shown_with_types_and_found_by_pattern) {
     EXPECT_TRUE(contains(client({"find", "MEAS/*.TotW.units[CF]"}).out +
                              client({"find", "*MEAS/MMXU1.TotW.units[CF]"}).out,
                          "ZRX418MEAS/MMXU1.TotW.units[CF]\n"));
+    const std::string views = client({"find", "ZRX418MEAS/MMXU?.TotPF"}).out;
+    EXPECT_TRUE(contains(views, "ZRX418MEAS/MMXU1.TotPF[MX]\nZRX418MEAS/MMXU1.TotPF[CF]\n")) << views;
+    EXPECT_FALSE(contains(views, "TotPF.")) << views;
     EXPECT_TRUE(contains(client({"datasets"}).out, "ZRX418MEAS/LLN0.dsRms\n"));
     EXPECT_TRUE(contains(client({"dataset", "ZRX418MEAS/LLN0.dsRms"}).out, "ZRX418MEAS/MMXU1.TotW[MX]\n"));
     EXPECT_TRUE(contains(client({"dataset", "ZRX418MEAS/LLN0$dsRms", "--values"}).out, "72 kW"));
