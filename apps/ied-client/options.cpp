@@ -36,18 +36,25 @@ void addArguments(CLI::App &sub, Command command, Options &options, std::string 
             ->check(CLI::Range(0, maxNesting));
         break;
     case Command::find:
-        sub.add_option("PATTERN", first)->required();
+        sub.add_option(
+               "PATTERN", first,
+               "part of a name, or of a reference where / . or [ stand in it; * is any text, ? any letter")
+            ->required();
         break;
     case Command::read:
-        sub.add_option("REF", options.arguments)->required();
+        sub.add_option("REF", options.arguments, "an attribute, object, node, device, array element or range")
+            ->required();
         sub.add_flag("--watch", options.watch, "read again and again");
         sub.add_option("--interval", options.interval, "seconds between the rounds of --watch [1]")
             ->check(CLI::Range(0.0, 86400.0));
         sub.add_option("--rounds", options.rounds, "end --watch after so many rounds");
         break;
     case Command::write:
-        sub.add_option("REF", first)->required();
-        sub.add_option("VALUE", second)->required();
+        sub.add_option("REF", first, "one attribute")->required();
+        sub.add_option(
+               "VALUE", second,
+               "by type: true or false, a number, a text, binary or hexadecimal digits, seconds since 1970")
+            ->required();
         break;
     case Command::dataset:
         sub.add_option("REF", first, "LD/LN.NAME")->required();
