@@ -25,18 +25,19 @@ struct Options {
     bool version = false;
 };
 
+// Default and sound range of a field.
 std::string rangeText(const ConfigField &field) {
+    const std::string range = std::to_string(field.least) + " to " + std::to_string(field.greatest);
+    const std::string count = std::to_string(field.count);
     switch (field.kind) {
     case ConfigKind::Text:
-        return "text of " + std::to_string(field.least) + " to " + std::to_string(field.greatest) +
-               " characters";
+        return std::string("default \"") + field.text + "\", text of " + range + " characters";
     case ConfigKind::Levels:
+        return "default " + std::to_string(field.init) + " each, exactly " + count + " numbers of " + range;
     case ConfigKind::Services:
-        return "up to " + std::to_string(field.count) + " numbers of " + std::to_string(field.least) +
-               " to " + std::to_string(field.greatest);
+        return std::string("default ") + field.text + "; up to " + count + " numbers of " + range;
     default:
-        return "default " + std::to_string(field.init) + ", " + std::to_string(field.least) + " to " +
-               std::to_string(field.greatest);
+        return "default " + std::to_string(field.init) + ", " + range;
     }
 }
 

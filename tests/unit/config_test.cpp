@@ -233,7 +233,20 @@ TEST_F(Config, HelpAndVersionAreNoErrors) {
     const Outcome help = options({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("--model-pool"), std::string::npos);
-    EXPECT_NE(help.out.find("maxTpduSize"), std::string::npos);
+    const auto line = [&help](const std::string &name) {
+        const std::size_t at = help.out.find("\n  " + name + " ");
+        return at == std::string::npos ? "" : help.out.substr(at + 1, help.out.find('\n', at + 1) - at - 1);
+    };
+    const auto ends = [&line](const std::string &name, const std::string &range) {
+        EXPECT_TRUE(line(name).ends_with(" (" + range + ")")) << name << ": " << line(name);
+    };
+    ends("maxTpduSize", "default 1028, 8 to 65535");
+    ends("dbLevel", "default 3 each, exactly 16 numbers of 0 to 5");
+    ends("mmsServiceParam", "default 0,1,2,4,5,6,12,13,37,65,68,72,73,74,77,79,83,84; "
+                            "up to 86 numbers of 0 to 255");
+    ends("icdPath", "default \"/tffs0/ZRX418.icd\", text of 1 to 4095 characters");
+    ends("debugDir", "default \"\", text of 0 to 80 characters");
+    EXPECT_EQ(line("dbHook"), "") << "a hook is set by code alone";
     EXPECT_EQ(help.err, "");
     const Outcome version = options({"--version"});
     EXPECT_EQ(version.status, 0);
