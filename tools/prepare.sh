@@ -10,6 +10,7 @@ die() {
 
 build_packages=(cmake ninja-build g++ ccache libexpat1-dev zlib1g-dev libcli11-dev libgtest-dev python3)
 test_packages=(libxml2-utils)
+format_packages=(clang-format)
 fuzz_packages=(clang libclang-rt-14-dev)
 
 # Runs a command with its output in a log; on failure shows the end of the log.
