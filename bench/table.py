@@ -24,8 +24,8 @@ def shown(ns):
     return f"{ns / UNITS[unit]:.1f} {unit}"
 
 
-def against(what, ns, reference_ns, reference, aim=""):
-    return [what, shown(ns), f"{shown(reference_ns)}, {reference}", f"{ns / reference_ns:.2f}", aim]
+def against(what, ns, reference_ns, reference, bound=""):
+    return [what, shown(ns), f"{shown(reference_ns)}, {reference}", f"{ns / reference_ns:.2f}", bound]
 
 
 def codec_rows(path):
@@ -69,7 +69,7 @@ def main():
     rows = [line.split("\t") for line in (folder / "read.tsv").read_text().splitlines()]
     rows += codec_rows(folder / "codec.json")
     rows += startup_rows(folder / "startup.json") + refresh_rows(folder / "refresh.json")
-    rows = [["figure", "measured", "against", "ratio", "aim"]] + rows
+    rows = [["figure", "measured", "against", "ratio", "bound"]] + rows
     widths = [max(len(row[i]) for row in rows) for i in range(5)]
     rows.insert(1, ["-" * width for width in widths])
     for row in rows:
