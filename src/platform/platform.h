@@ -1,6 +1,6 @@
 // The RTOS operations that the server is written against, in the terms of the instrument's RTOS
-// and with POSIX behind them here. A port replaces the .cpp files of this folder; nothing outside
-// it names the host. docs/host.md describes each operation and what a port has to give.
+// and with POSIX behind them here. A port replaces the .cpp files of this folder. docs/host.md
+// describes each operation, what a port has to give, and the few places elsewhere that name the host.
 //
 // Clock, files and sockets are tables of functions (ClockOps, FileOps, SocketOps) that tests
 // replace: the clock can be held and moved, files and sockets can fail, tear and vanish.
