@@ -1,23 +1,15 @@
 #include "platform/heldClock.h"
+#include "platform/hostTime.h"
 #include "platform/platform.h"
 #include "platform/shared.h"
 #include "platform/waiting.h"
 
 #include <cerrno>
-#include <ctime>
 #include <sched.h>
 
 namespace ied {
 
 namespace {
-
-constexpr u64 nsPerSecond = 1'000'000'000;
-
-u64 hostMonotonicNs() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<u64>(now.tv_sec) * nsPerSecond + static_cast<u64>(now.tv_nsec);
-}
 
 void hostRealTime(TimeStamp *out) {
     constexpr u8 clockQuality = 10; // accurate to 10 bits of the fraction, IEC 61850-7-2 table 8
@@ -27,9 +19,7 @@ void hostRealTime(TimeStamp *out) {
 }
 
 void hostSleepUntilNs(u64 deadline) {
-    timespec until{};
-    until.tv_sec = static_cast<time_t>(deadline / nsPerSecond);
-    until.tv_nsec = static_cast<long>(deadline % nsPerSecond);
+    const timespec until = toTimespec(deadline);
     while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
     }
 }
@@ -60,6 +50,12 @@ u64 ticksSinceBase() {
 }
 
 } // namespace
+
+u64 hostMonotonicNs() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return toNs(now);
+}
 
 ClockOps clockOps = {hostMonotonicNs, hostRealTime, hostSleepUntilNs};
 

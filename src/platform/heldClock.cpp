@@ -1,5 +1,6 @@
 #include "platform/heldClock.h"
 
+#include "platform/hostTime.h"
 #include "platform/platform.h"
 #include "platform/shared.h"
 #include "platform/waiting.h"
@@ -10,8 +11,6 @@
 namespace ied {
 
 namespace {
-
-constexpr u64 nsPerSecond = 1'000'000'000;
 
 // The clock that stands still. `lock` guards the words; `moved` wakes the tasks that sleep by it.
 struct HeldClock {
@@ -80,14 +79,14 @@ void heldClockMoveTo(u64 ns) {
     }
 }
 
-void heldClockStart(u32 utcSeconds, bool autoAdvance) {
+void heldClockStart(u32 utcSeconds, bool movesItself) {
     heldClockStop();
     const u64 edge = tickEdgeNs(1); // a tick begins as the clock stops, so delays are whole ticks
     const Guard guard;
     clock.host = clockOps;
     clock.nowNs = edge;
     clock.startNs = edge;
-    clock.movesItself = autoAdvance;
+    clock.movesItself = movesItself;
     clock.utcStart = utcSeconds;
     clock.held = true;
     install({heldMonotonicNs, heldRealTime, heldSleepUntilNs});

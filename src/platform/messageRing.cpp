@@ -1,12 +1,12 @@
 #include "platform/messageRing.h"
 
+#include "platform/hostTime.h"
 #include "platform/platform.h"
 #include "platform/shared.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstring>
-#include <ctime>
 #include <linux/futex.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -14,8 +14,6 @@
 namespace ied {
 
 namespace {
-
-constexpr u64 nsPerSecond = 1'000'000'000;
 
 u64 slotSize(u64 maxLength) {
     return (sizeof(u32) + maxLength + 3) / 4 * 4;
@@ -112,7 +110,7 @@ int ringReceive(MessageRing *ring, void *record, u32 maxLength) {
 // The kernel's wait on a word, not a condition of the C library: a process that dies while it
 // waits on a condition can leave its sender hanging.
 void ringWait(const u32 *word, u32 seen, u64 ns) {
-    const timespec time{static_cast<time_t>(ns / nsPerSecond), static_cast<long>(ns % nsPerSecond)};
+    const timespec time = toTimespec(ns);
     syscall(SYS_futex, word, FUTEX_WAIT, seen, &time, nullptr, 0);
 }
 

@@ -142,9 +142,9 @@ u64 monotonicNs();
 
 // A clock that stands still until moved, for tests: heldClockStart() replaces clockOps,
 // heldClockAdvance() moves it (delays of other tasks that fall due are released), a taskDelay of
-// the calling task moves it by itself when `autoAdvance` is set. heldClockStop() puts the host's
+// the calling task moves it by itself when `movesItself` is set. heldClockStop() puts the host's
 // clock back.
-void heldClockStart(u32 utcSeconds, bool autoAdvance);
+void heldClockStart(u32 utcSeconds, bool movesItself);
 void heldClockAdvance(u64 milliseconds);
 void heldClockStop();
 

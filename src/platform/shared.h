@@ -1,6 +1,7 @@
 // Access to words that more than one task reads or writes without a lock. Each access is one
-// indivisible load or store of the field's own width; the order between fields is as relaxed as
-// the design allows. Counters that publish data use the acquire and release forms.
+// indivisible load or store of the field's own width. Nothing orders one field after another, so a
+// reader may see a new value beside an old one; where that matters, a counter publishes the data:
+// stored with release behind them and loaded with acquire before them.
 #pragma once
 
 #include "platform/types.h"

@@ -2,6 +2,7 @@
 
 #include "platform/platform.h"
 #include "platform/shared.h"
+#include "platform/uninterrupted.h"
 #include "platform/waiting.h"
 
 #include <cerrno>
@@ -191,11 +192,7 @@ int sharedFileOpen(const std::string &name) {
 }
 
 bool sharedFileJoin(int fd) {
-    int result;
-    do {
-        result = flock(fd, LOCK_SH);
-    } while (result != 0 && errno == EINTR);
-    return result == 0 && !isRemoved(fd);
+    return uninterrupted([fd] { return flock(fd, LOCK_SH); }) == 0 && !isRemoved(fd);
 }
 
 SharedHead *sharedObjectOpen(const char *name, SharedKind kind, u32 size, SharedLayout layout,

@@ -1,24 +1,17 @@
 #include "platform/waiting.h"
 
 #include "platform/heldClock.h"
+#include "platform/hostTime.h"
 #include "platform/platform.h"
 
 #include <algorithm>
-#include <ctime>
 
 namespace ied {
 
 namespace {
 
-constexpr u64 nsPerSecond = 1'000'000'000;
 // Under a replaced clock nobody wakes a waiter when time moves, so it looks again this often.
 constexpr u64 replacedClockSliceNs = 200'000;
-
-u64 hostNow() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<u64>(now.tv_sec) * nsPerSecond + static_cast<u64>(now.tv_nsec);
-}
 
 } // namespace
 
@@ -69,10 +62,7 @@ bool conditionWait(Condition *condition, const Deadline &deadline) {
     if (isPast(deadline)) {
         return false;
     }
-    const u64 until = hostNow() + waitSliceNs(deadline);
-    timespec end{};
-    end.tv_sec = static_cast<time_t>(until / nsPerSecond);
-    end.tv_nsec = static_cast<long>(until % nsPerSecond);
+    const timespec end = toTimespec(hostMonotonicNs() + waitSliceNs(deadline));
     if (pthread_cond_timedwait(&condition->changed, &condition->lock, &end) != 0) {
         passSlice(deadline);
     }
