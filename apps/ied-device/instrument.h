@@ -18,8 +18,8 @@ inline constexpr int shortTerms = 12; // of a long-term flicker severity
 struct SharedObjects {
     Region region{};
     SemId mutex = nullptr;     // guards copies between the parameter areas
-    MsgQId commands = nullptr; // records of 20 octets from the server
-    MsgQId watchdog = nullptr; // records of 52 octets from the server's tasks
+    MsgQId commands = nullptr; // manageMsg from the server
+    MsgQId watchdog = nullptr; // WdgMessage from the server's tasks
 };
 
 // Opens all four, or makes them. Null, or the name of the one that failed.

@@ -1,5 +1,6 @@
 // The simulated instrument: plays the device manager through the shared objects alone.
 
+#include "device/peerInterface.h"
 #include "ied-device/console.h"
 #include "ied-device/lineSource.h"
 #include "ied-device/options.h"
@@ -75,7 +76,7 @@ void rest(const LineSource &input, u64 next) {
 }
 
 int play(const Options &options) {
-    sweepSharedObjects();
+    sweepSharedObjects(peer::sharedNames);
     const auto instrument = std::make_unique<Instrument>();
     if (const char *failed = openSharedObjects(&instrument->shared)) {
         std::fprintf(stderr, "ied-device: cannot open the %s\n", failed);
@@ -116,7 +117,7 @@ int main(int argc, char **argv) {
         return status;
     }
     if (options.remove) {
-        ied::removeSharedObjects();
+        ied::removeSharedObjects(ied::peer::sharedNames);
         return 0;
     }
     ied::installEndSignals();

@@ -1,8 +1,7 @@
 // What the server sends: commands for the device manager, messages for the watchdog.
 #pragma once
 
-#include "device/externalInterface.h"
-#include "device/watchdog.h"
+#include "device/peerInterface.h"
 #include "ied-device/instrument.h"
 
 #include <string>

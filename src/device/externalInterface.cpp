@@ -1,6 +1,7 @@
 #include "device/externalInterface.h"
 
 #include "DebugInfo/DebugInfo.h"
+#include "device/peerInterface.h"
 #include "device/region.h"
 
 #include <cerrno>
@@ -13,15 +14,6 @@ SemId mutexComdata;
 MsgQId sgMsgQID;
 
 namespace {
-
-constexpr const char *queueName = "/msgqDataManager";
-constexpr const char *regionName = "/sd_commdata";
-constexpr const char *mutexName = "/mutexCommomData";
-constexpr const char *clockName = "/unix";
-constexpr u32 modeCreate = 0x10000000; // open or create
-constexpr u32 mutexMode = 0x50000000;
-constexpr u32 sdAttributes = 219; // of the platform's shared-data call
-constexpr int queueRecords = 80;
 
 // The error record also says what the log's line does not.
 bool failed(const char *object, const char *text) {
@@ -38,21 +30,21 @@ bool failed(const char *object, const char *text) {
 
 bool sysInit() {
     taskDelay(static_cast<int>(2 * sysClkRateGet()));
-    sgMsgQID = msgQOpen(queueName, queueRecords, sizeof(manageMsg), 0, modeCreate, 0);
+    sgMsgQID = peer::openCommandQueue();
     if (sgMsgQID == nullptr) {
-        return failed(queueName, "Fail to open DataManager msgQ!");
+        return failed(peer::commandQueueName, "Fail to open DataManager msgQ!");
     }
-    comdata = static_cast<u8 *>(sdOpen(regionName, 1, modeCreate, regionSize, 0, sdAttributes));
+    comdata = peer::openRegion();
     if (comdata == nullptr) {
-        return failed(regionName, "ERROR TO OPEN SD_COMMDATA");
+        return failed(peer::regionName, "ERROR TO OPEN SD_COMMDATA");
     }
-    mutexComdata = semOpen(mutexName, semTypeMutex, semFull, semQPriority, mutexMode);
+    mutexComdata = peer::openMutex();
     if (mutexComdata == nullptr) {
-        return failed(mutexName, "ERROR TO OPEN SD_COMMDATA_MUTEX");
+        return failed(peer::mutexName, "ERROR TO OPEN SD_COMMDATA_MUTEX");
     }
-    fdRtc = clockDeviceOpen(clockName);
+    fdRtc = clockDeviceOpen(peer::clockName);
     if (fdRtc == ERROR) {
-        return failed(clockName, "ERROR TO OPEN DEVS UNIX");
+        return failed(peer::clockName, "ERROR TO OPEN DEVS UNIX");
     }
     return true;
 }

@@ -1,22 +1,12 @@
-// The door to the device manager: opening what it shares with this process, the command record, and
-// the seams that this device has nothing behind. Time comes from getTimeStamp (nodeTree.h), which
-// reads the clock device opened here.
+// The door to the device manager: opening what it shares with this process (peerInterface.h), its
+// commands, and the seams that this device has nothing behind. Time comes from getTimeStamp
+// (nodeTree.h), which reads the clock device opened here.
 #pragma once
 
 #include "basicInterface/clock.h"
 #include "platform/platform.h"
 
 namespace ied {
-
-// Record of the command queue; host byte order, no padding.
-struct manageMsg {
-    u32 sendID;  // always 1: this process
-    u32 cmdType; // always 1
-    u32 data0;   // output channel selector
-    u32 data1;   // command number
-    u32 data2;   // command group
-};
-static_assert(sizeof(manageMsg) == 20);
 
 extern SemId mutexComdata; // guards copies from the live to the edit parameter area
 extern MsgQId sgMsgQID;    // command queue

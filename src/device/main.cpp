@@ -2,6 +2,7 @@
 #include "device/externGlbCfg.h"
 #include "device/externalInterface.h"
 #include "device/hostOptions.h"
+#include "device/peerInterface.h"
 #include "platform/platform.h"
 #include "proto-process/c/serverStart.h"
 
@@ -14,6 +15,6 @@ int main(int argc, char **argv) {
     }
     ied::installEndSignals();
     ied::sysClkRateSet(ied::externGlbCfg.tickRate);
-    ied::sweepSharedObjects();
+    ied::sweepSharedObjects(ied::peer::sharedNames);
     ied::taskMain();
 }

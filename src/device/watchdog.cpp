@@ -1,7 +1,7 @@
 #include "device/watchdog.h"
 
 #include "device/externGlbCfg.h"
-#include "platform/platform.h"
+#include "device/peerInterface.h"
 #include "platform/shared.h"
 
 #include <cstring>
@@ -9,9 +9,6 @@
 namespace ied {
 
 namespace {
-
-constexpr const char *queueName = "/wdtMsgQ";
-constexpr int queueMessages = 100;
 
 MsgQId g_msgQID; // published by whoever opens the queue first
 
@@ -66,9 +63,8 @@ int sendOfDevice(WdgCommand command) {
 } // namespace
 
 int wdgInit() {
-    constexpr u32 mode = 0x50000000;
     if (!isOpen()) {
-        if (MsgQId queue = msgQOpen(queueName, queueMessages, sizeof(WdgMessage), 0, mode, 0)) {
+        if (MsgQId queue = peer::openWatchdogQueue()) {
             publish(g_msgQID, queue);
         }
     }

@@ -1,5 +1,5 @@
 // Client of the device's watchdog: tasks announce themselves, feed it, and can ask it to stop, to
-// resume or to restart the device, by messages of 52 octets on the queue "/wdtMsgQ". What a missed
+// resume or to restart the device, by messages on the watchdog queue (peerInterface.h). What a missed
 // feed leads to is the peer's business. Every call returns 0, or -1 when nothing was sent (a queue
 // that is full or missing, an unknown task); nothing is logged and nobody needs the result.
 #pragma once
@@ -8,28 +8,7 @@
 
 namespace ied {
 
-enum WdgCommand : u32 {
-    WdgRegister = 0,
-    WdgTimeOutChange = 1,
-    WdgFeed = 2,
-    WdgCancle = 3,
-    WdgStop = 5,
-    WdgResume = 6,
-    WdgReboot = 7,
-};
-
-// The record that the peer reads: host byte order, no padding.
-struct WdgMessage {
-    u32 command;       // WdgCommand
-    u32 taskId;        // the calling task; not with commands 5 to 7
-    char taskName[32]; // NUL-terminated; commands 0 and 1 only
-    u32 taskInfo1;     // word 1 of the task's descriptor; commands 0 and 1 only
-    u32 taskInfo25;    // word 25 of it; not with commands 5 to 7
-    i32 timeout;       // above 0; commands 0 and 1 only
-};
-static_assert(sizeof(WdgMessage) == 52);
-
-// Opens the queue, or makes it for 100 messages, unless it is open already.
+// Opens the queue, or makes it, unless it is open already.
 int wdgInit();
 // Announces the calling task with `timeout` (above 0, in the peer's unit); opens the queue.
 int wdgRegister(i32 timeout);

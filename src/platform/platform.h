@@ -8,6 +8,7 @@
 
 #include "platform/types.h"
 
+#include <span>
 #include <string>
 #include <sys/select.h>
 #include <sys/socket.h>
@@ -215,10 +216,16 @@ extern PlatformOptions &platformOptions; // lives as long as the process, its en
 // Name of a shared object for this instance: "/sd_commdata" becomes "/sd_commdata.NAME".
 std::string sharedName(const char *name);
 
+// The shared objects that each instance has, by the names under which they are opened.
+struct SharedNames {
+    const char *region;                  // may be made and mapped by a program that takes no file lock
+    std::span<const char *const> locked; // mutexes and queues: only ever made by this layer
+};
+
 // Removes shared objects of instances whose processes have all ended. Called at a start.
-void sweepSharedObjects();
+void sweepSharedObjects(const SharedNames &names);
 // Removes the shared objects of this instance; for tools and tests that own it.
-void removeSharedObjects();
+void removeSharedObjects(const SharedNames &names);
 
 // Keeps the text of a failure, so that the error record that may follow can carry it. Kept per
 // task: the latest six, cut at 511 octets each. Null or empty forgets them.

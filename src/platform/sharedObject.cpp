@@ -176,6 +176,11 @@ Outcome join(int fd, const Wanted &wanted, SharedHead **head) {
 
 } // namespace
 
+std::string sharedName(const char *name) {
+    return platformOptions.instance.empty() ? std::string(name)
+                                            : std::string(name) + "." + platformOptions.instance;
+}
+
 int sharedFileOpen(const std::string &name) {
     // Without O_CREAT first: hosts with protected_regular refuse it for an object of another user.
     for (int i = 0; i < attempts; i++) {

@@ -17,28 +17,25 @@ namespace ied {
 
 namespace {
 
-// The objects that an instance has, without the leading "/". The region may have been made and
-// mapped by a program that takes no file lock; the others are only ever made by this layer.
-constexpr const char *regionName = "sd_commdata";
-constexpr const char *lockedNames[] = {"mutexCommomData", "msgqDataManager", "wdtMsgQ"};
 constexpr const char *sharedMemoryFolder = "/dev/shm";
 
-// "sd_commdata.NAME" and base "sd_commdata" give ".NAME"; null for another name.
-const char *suffixOf(const char *file, const char *base) {
+// File "wdtMsgQ.NAME" and object "/wdtMsgQ" give ".NAME"; null for another name.
+const char *suffixOf(const char *file, const char *object) {
+    const char *base = object + 1;
     const std::size_t length = std::strlen(base);
     const bool matches = std::strncmp(file, base, length) == 0 && (file[length] == 0 || file[length] == '.');
     return matches ? file + length : nullptr;
 }
 
-std::set<std::string> suffixesFound() {
+std::set<std::string> suffixesFound(const SharedNames &names) {
     std::set<std::string> found;
     DIR *folder = opendir(sharedMemoryFolder);
     if (folder == nullptr) {
         return found;
     }
     while (const dirent *entry = readdir(folder)) {
-        for (const char *base : lockedNames) {
-            if (const char *suffix = suffixOf(entry->d_name, base)) {
+        for (const char *object : names.locked) {
+            if (const char *suffix = suffixOf(entry->d_name, object)) {
                 found.insert(suffix);
             }
         }
@@ -124,14 +121,14 @@ bool holdAlone(const std::string &name, Leftover *leftover) {
     return flock(fd, LOCK_EX | LOCK_NB) == 0;
 }
 
-void sweepInstance(const std::string &suffix) {
+void sweepInstance(const SharedNames &names, const std::string &suffix) {
     Leftover leftover;
-    for (const char *base : lockedNames) {
-        if (!holdAlone(std::string("/") + base + suffix, &leftover)) {
+    for (const char *object : names.locked) {
+        if (!holdAlone(object + suffix, &leftover)) {
             return;
         }
     }
-    const std::string region = std::string("/") + regionName + suffix;
+    const std::string region = names.region + suffix;
     const std::size_t others = leftover.names.size();
     if (!holdAlone(region, &leftover)) {
         return;
@@ -148,21 +145,16 @@ void sweepInstance(const std::string &suffix) {
 
 } // namespace
 
-std::string sharedName(const char *name) {
-    return platformOptions.instance.empty() ? std::string(name)
-                                            : std::string(name) + "." + platformOptions.instance;
-}
-
-void sweepSharedObjects() {
-    for (const std::string &suffix : suffixesFound()) {
-        sweepInstance(suffix);
+void sweepSharedObjects(const SharedNames &names) {
+    for (const std::string &suffix : suffixesFound(names)) {
+        sweepInstance(names, suffix);
     }
 }
 
-void removeSharedObjects() {
-    shm_unlink(sharedName((std::string("/") + regionName).c_str()).c_str());
-    for (const char *base : lockedNames) {
-        shm_unlink(sharedName((std::string("/") + base).c_str()).c_str());
+void removeSharedObjects(const SharedNames &names) {
+    shm_unlink(sharedName(names.region).c_str());
+    for (const char *object : names.locked) {
+        shm_unlink(sharedName(object).c_str());
     }
 }
 

@@ -1,5 +1,6 @@
 // The door to the device manager: opening what it shares, and commands on its queue.
 #include "device/externalInterface.h"
+#include "device/peerInterface.h"
 #include "device/region.h"
 #include "tests/support/smallModel.h"
 
@@ -20,7 +21,7 @@ class ExternalInterface : public testing::Test {
         heldClockStart(3000, true);
     }
     ~ExternalInterface() override {
-        removeSharedObjects();
+        removeSharedObjects(peer::sharedNames);
         heldClockStop();
         comdata = nullptr;
     }

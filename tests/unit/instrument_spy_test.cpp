@@ -1,7 +1,6 @@
 // ied-device as a process: its spy on the server's queues, and the instrument itself.
 
-#include "device/externalInterface.h"
-#include "device/watchdog.h"
+#include "device/peerInterface.h"
 #include "tests/support/process.h"
 
 #include <csignal>
@@ -24,7 +23,7 @@ class DeviceProcess : public testing::Test {
     }
     void TearDown() override {
         test::stop(device);
-        removeSharedObjects();
+        removeSharedObjects(peer::sharedNames);
     }
 
     void run(std::vector<std::string> arguments, bool withInput = false) {

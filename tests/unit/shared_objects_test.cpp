@@ -21,6 +21,8 @@ namespace {
 constexpr const char *mutexName = "/mutexCommomData";
 constexpr const char *commandQueue = "/msgqDataManager";
 constexpr const char *regionName = "/sd_commdata";
+constexpr const char *lockedNames[] = {mutexName, commandQueue};
+constexpr SharedNames names{regionName, lockedNames};
 constexpr u32 regionSize = 0x10000;
 
 pid_t forkChild(const std::function<void()> &body) {
@@ -60,7 +62,7 @@ class SharedObjects : public testing::Test {
   protected:
     SharedObjects() { platformOptions.instance = test::uniqueName(); }
     ~SharedObjects() override {
-        removeSharedObjects();
+        removeSharedObjects(names);
         platformOptions.instance.clear();
     }
 };
@@ -89,7 +91,7 @@ TEST_F(SharedObjects, CreatorsThatRaceShareOneMutexAndOneRegion) {
     constexpr u32 processes = 8;
     constexpr u32 rounds = 300;
     for (int attempt = 0; attempt < 20; attempt++) {
-        removeSharedObjects();
+        removeSharedObjects(names);
         int gate[2];
         ASSERT_EQ(pipe(gate), 0);
         pid_t children[processes];
@@ -136,7 +138,7 @@ TEST_P(LeftoverOfACreator, IsLaidOutAgainUnlessItIsSomethingElse) {
         EXPECT_EQ(semTake(m, 10), OK);
         EXPECT_EQ(semGive(m), OK);
     }
-    removeSharedObjects();
+    removeSharedObjects(names);
     platformOptions.instance.clear();
 }
 
@@ -260,7 +262,7 @@ TEST_F(SharedObjects, TheSweepTakesWhatDeadProcessesLeft) {
     ASSERT_TRUE(exists(mutexName) && exists(commandQueue) && exists(regionName));
     const std::string mine = platformOptions.instance;
     platformOptions.instance = mine + "x"; // as the start of another instance
-    sweepSharedObjects();
+    sweepSharedObjects(names);
     platformOptions.instance = mine;
     EXPECT_FALSE(exists(mutexName));
     EXPECT_FALSE(exists(commandQueue));
@@ -278,11 +280,11 @@ TEST_F(SharedObjects, TheSweepLeavesAnInstanceOfWhichOneProcessLives) {
     });
     char octet;
     ASSERT_EQ(read(ready[0], &octet, 1), 1);
-    sweepSharedObjects();
+    sweepSharedObjects(names);
     EXPECT_TRUE(exists(mutexName) && exists(commandQueue) && exists(regionName));
     kill(alive, SIGKILL);
     EXPECT_EQ(statusOf(alive), -1);
-    sweepSharedObjects();
+    sweepSharedObjects(names);
     EXPECT_FALSE(exists(mutexName) || exists(commandQueue) || exists(regionName));
     close(ready[0]);
     close(ready[1]);
@@ -294,10 +296,10 @@ TEST_F(SharedObjects, TheSweepLeavesARegionThatSomebodyMapsByItsFile) {
     void *base = mmap(nullptr, regionSize, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
     close(fd);
     ASSERT_NE(base, MAP_FAILED);
-    sweepSharedObjects();
+    sweepSharedObjects(names);
     EXPECT_TRUE(exists(regionName));
     munmap(base, regionSize);
-    sweepSharedObjects();
+    sweepSharedObjects(names);
     EXPECT_FALSE(exists(regionName));
 }
 
@@ -305,7 +307,7 @@ TEST_F(SharedObjects, TheSweepLeavesARegionThatNoServerEverUsed) {
     test::writeFile(file(regionName), "made by a tool");
     const std::string other = "/dev/shm/sd_commdataOf" + platformOptions.instance;
     test::writeFile(other, "not ours");
-    sweepSharedObjects();
+    sweepSharedObjects(names);
     EXPECT_TRUE(exists(regionName));
     EXPECT_EQ(access(other.c_str(), F_OK), 0);
     unlink(other.c_str());

@@ -1,6 +1,6 @@
 // The watchdog's messages, octet by octet as they lie in the queue.
+#include "device/peerInterface.h"
 #include "device/watchdog.h"
-#include "platform/platform.h"
 #include "tests/support/process.h"
 
 #include <cstring>
@@ -29,7 +29,7 @@ struct Message {
 class Watchdog : public testing::Test {
   protected:
     static void SetUpTestSuite() { platformOptions.instance = test::uniqueName(); }
-    static void TearDownTestSuite() { removeSharedObjects(); }
+    static void TearDownTestSuite() { removeSharedObjects(peer::sharedNames); }
 };
 
 // First in the process: the queue opens at the first registration and stays open.
