@@ -162,8 +162,4 @@ const char *setConfigField(const char *name, const char *value);
 // names the field at fault; it stands until the next call.
 const char *checkConfig();
 
-// Writes "<sgDir><name>.sg" of a setting group control block into `path` (100 bytes). False if an
-// argument is null.
-bool genSgFileName(const SGCB *sg, char *path);
-
 } // namespace ied

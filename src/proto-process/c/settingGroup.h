@@ -33,6 +33,9 @@ extern SGCB *aSGCB; // gCBNum.sgcbNum records; null for none
 
 // Makes the blocks of the SCL file and binds their nodes. True on success.
 bool sgcbModelInit();
+// Writes the path of a block's file, "<sgDir><name>.sg", into `path` (100 bytes). False if an argument
+// is null.
+bool genSgFileName(const SGCB *sg, char *path);
 // Ends every edit of the client of `slot`.
 void releaseClientSGCB(u8 slot);
 

@@ -35,7 +35,7 @@ bool setOption(int fd, int level, int name, int value) {
     return socketOps.setsockopt(fd, level, name, &value, sizeof value) == 0;
 }
 
-bool bindAny(int fd) {
+bool bindListener(int fd) {
     ::sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(externGlbCfg.tcpPort);
@@ -57,7 +57,7 @@ bool setListenOptions(int fd) {
 }
 
 bool startListening(int fd) {
-    return require(bindAny(fd), "socket bind error") &&
+    return require(bindListener(fd), "socket bind error") &&
            require(socketOps.listen(fd, externGlbCfg.listenBacklog) == 0, "socket listen error") &&
            require(socketOps.setNonBlocking(fd, true) == 0, "socket set FIONBIO error");
 }
