@@ -261,9 +261,4 @@ int DbConfDeal() {
     return changed ? 0 : 1;
 }
 
-void stopProcess(const char *sourcePath, int line) {
-    edrErrorInject(513, sourcePath, line, 0, 0, "IEC61850 error!");
-    processExit(0);
-}
-
 } // namespace ied

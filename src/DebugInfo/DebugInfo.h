@@ -73,7 +73,4 @@ int DbConfDeal();
 // lock held.
 std::FILE *getDbInfoFp();
 
-// Ends the process as a broken invariant does: the error record at `sourcePath`:`line`, status 0.
-[[noreturn]] void stopProcess(const char *sourcePath, int line);
-
 } // namespace ied

@@ -24,7 +24,11 @@ int checkFile(const char *path, const char *callerName, struct ::stat *stat) {
         }
     }
     std::fprintf(stderr, "%s: retry times out!\n", callerName);
-    edrErrorInject(513, "src/basicInterface/commonInterface", 1424, 0, 0, "IEC61850 error!");
+    stopProcess("src/basicInterface/commonInterface", 1424);
+}
+
+void stopProcess(const char *sourcePath, int line) {
+    edrErrorInject(513, sourcePath, line, 0, 0, "IEC61850 error!");
     processExit(0);
 }
 

@@ -1,4 +1,5 @@
 #include "DebugInfo/DebugInfo.h"
+#include "basicInterface/commonInterface.h"
 #include "basicInterface/complexData.h"
 #include "basicInterface/memory.h"
 #include "basicInterface/memoryPool.h"
