@@ -36,7 +36,7 @@ bool toFile() {
 
 // Takes the log's lock for at most 20 seconds; a line that does not get it is lost.
 bool lockLog() {
-    return semTake(semDbInfo, static_cast<int>(20 * externGlbCfg.tickRate)) == OK;
+    return semTake(semDbInfo, static_cast<int>(20 * sysClkRateGet())) == OK;
 }
 
 // snprintf for a text that may be cut.
@@ -125,7 +125,7 @@ void keepFailure(DbCategory category, DbLevel level, int error, const char *text
 // Brings to the medium's side what the streams still hold; gives up on a task that is stuck in
 // writing, since the process ends.
 void flushAtEnd() {
-    if (semDbInfo != nullptr && semTake(semDbInfo, static_cast<int>(externGlbCfg.tickRate)) == OK) {
+    if (semDbInfo != nullptr && semTake(semDbInfo, static_cast<int>(sysClkRateGet())) == OK) {
         std::fflush(stdout);
         if (dbInfoFp != nullptr) {
             std::fflush(dbInfoFp);

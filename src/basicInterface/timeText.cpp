@@ -1,9 +1,7 @@
 #include "basicInterface/memory.h"
 #include "basicInterface/nodeTree.h"
-#include "device/externGlbCfg.h"
 #include "platform/platform.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -12,8 +10,7 @@ namespace ied {
 bool isTimeOut(u32 startTick, u32 ms) {
     const u32 now = tickGet();
     const u32 elapsed = now >= startTick ? now - startTick : now + (~u32{0} - startTick); // wrapped
-    const u32 rate = std::max<u32>(externGlbCfg.tickRate, 1);
-    return u64{elapsed} * 1000 / rate >= ms;
+    return u64{elapsed} * 1000 / sysClkRateGet() >= ms;
 }
 
 bool timeStampCmp(const TimeStamp *a, const TimeStamp *b, int *result) {

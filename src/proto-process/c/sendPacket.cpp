@@ -28,11 +28,11 @@ constexpr SendMessages frameMessages{"Send error 3!", "Send error 4!"};
 
 // A tenth of a second between attempts at a peer that does not read.
 void pause() {
-    taskDelay(std::max(static_cast<int>(externGlbCfg.tickRate / 10), 1));
+    taskDelay(std::max(static_cast<int>(sysClkRateGet() / 10), 1));
 }
 
 bool takeSocket(u8 slot) {
-    const int second = static_cast<int>(externGlbCfg.tickRate);
+    const int second = static_cast<int>(sysClkRateGet());
     for (int attempt = 0; attempt <= extraTakes; ++attempt) {
         if (semTake(semSend[slot], second) == OK) {
             return true;
