@@ -1,7 +1,6 @@
 #include "device/dataRefresh.h"
 
 #include "DebugInfo/DebugInfo.h"
-#include "basicInterface/nodeTree.h"
 #include "device/measRefresh.h"
 #include "device/parameterRefresh.h"
 #include "device/region.h"
@@ -18,8 +17,9 @@ RefreshState refreshState;
 
 namespace {
 
+constexpr int updatePriority = 210;
+constexpr u32 updateStack = 0x200000;
 constexpr i32 wdgTimeout = 600;
-constexpr u32 feedPeriod = 6000; // milliseconds
 constexpr int paceTicks = 10;
 constexpr int handOverTicks = 50;
 constexpr u8 noGroup = 0xFF;
@@ -216,9 +216,7 @@ void firstFilling() {
 }
 
 void refreshCycle(RefreshState *state) {
-    if (isTimeOut(state->lastTick, feedPeriod)) {
-        wdgFeed();
-        state->lastTick = tickGet();
+    if (wdgFeedWhenDue(&state->lastTick)) {
         state->feedCount++;
     }
     semTake(semRefresh, paceTicks);
@@ -247,8 +245,7 @@ bool dataRefreshStart() {
         said = true;
         taskDelay(halfSecond);
     }
-    if (taskSpawn("t61850Update", 210, taskOptionFp, 0x200000, refreshLocalData, 1, 2, 3, 4, 5, 6, 7, 8, 9,
-                  10) != taskNone) {
+    if (spawnTask("t61850Update", updatePriority, updateStack, refreshLocalData, 1) != taskNone) {
         return true;
     }
     dbInfo(DbOTH, DbSYS, "dataRefreshStart", "Spawn t61850Update failed!");

@@ -1,5 +1,6 @@
 #include "device/watchdog.h"
 
+#include "basicInterface/nodeTree.h"
 #include "device/externGlbCfg.h"
 #include "device/peerInterface.h"
 #include "platform/shared.h"
@@ -81,6 +82,16 @@ int wdgTimeOutChange(i32 timeout) {
 
 int wdgFeed() {
     return sendOfTask(WdgFeed);
+}
+
+bool wdgFeedWhenDue(u32 *lastTick) {
+    constexpr u32 feedPeriod = 6000; // milliseconds
+    if (!isTimeOut(*lastTick, feedPeriod)) {
+        return false;
+    }
+    wdgFeed();
+    *lastTick = tickGet();
+    return true;
 }
 
 bool wdgWatchesClients() {

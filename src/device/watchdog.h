@@ -18,6 +18,9 @@ int wdgTimeOutChange(i32 timeout);
 int wdgFeed();
 // Whether client tasks are watched at all: wdgEnable and wdgClientEnable.
 bool wdgWatchesClients();
+// wdgFeed, when 6 seconds have passed since `*lastTick`, the tick of the last feed, which is then
+// moved on. Whether it was due.
+bool wdgFeedWhenDue(u32 *lastTick);
 // wdgFeed, where wdgEnable is set.
 void wdgFeedIfEnabled();
 // wdgFeed, where client tasks are watched.

@@ -51,6 +51,10 @@ TaskId taskSpawn(const char *name, int priority, u32 options, u32 stackSize, Tas
                  TaskArgument arg5, TaskArgument arg6, TaskArgument arg7, TaskArgument arg8,
                  TaskArgument arg9, TaskArgument arg10);
 
+// The same with what all tasks of this process have in common: the option taskOptionFp and the
+// numbers 2 to 10 behind the first argument.
+TaskId spawnTask(const char *name, int priority, u32 stackSize, TaskEntry entry, TaskArgument argument);
+
 // Waits for `ticks` tick edges: a delay of n ends on the n-th edge from now, 0 yields.
 void taskDelay(int ticks);
 

@@ -190,6 +190,10 @@ TaskId taskSpawn(const char *name, int priority, u32 /*options*/, u32 stackSize,
     return start.id;
 }
 
+TaskId spawnTask(const char *name, int priority, u32 stackSize, TaskEntry entry, TaskArgument argument) {
+    return taskSpawn(name, priority, taskOptionFp, stackSize, entry, argument, 2, 3, 4, 5, 6, 7, 8, 9, 10);
+}
+
 void taskExit(int code) {
     if (taskIsInitial()) {
         processExit(code & 255);

@@ -21,20 +21,12 @@ constexpr u32 reportStack = 0x200000;
 
 constexpr i32 monitorWatchTimeout = 300;
 constexpr i32 reportWatchTimeout = 600;
-constexpr u32 feedPeriod = 6000; // milliseconds
 
 constexpr int roundTicks = 10; // longest pause of the monitor, pause of the report task
 
 TimeStamp monTime;   // of the current round of the monitor
 u32 monitorFeedTick; // of each task's last feed
 u32 reportFeedTick;
-
-void feedWhenDue(u32 *lastTick) {
-    if (isTimeOut(*lastTick, feedPeriod)) {
-        wdgFeed();
-        *lastTick = tickGet();
-    }
-}
 
 using MonitorFunction = bool (*)(RCB *rcb, const TimeStamp *time);
 
@@ -58,15 +50,13 @@ bool monitorStart() {
         dbInfo(DbOTH, DbPAN, "monitorStart", "Create semRefresh failed!");
         return false;
     }
-    taskSpawn("t61850Monitor", monitorPriority, taskOptionFp, monitorStack, taskObjMon, 1, 2, 3, 4, 5, 6, 7,
-              8, 9, 10);
-    taskSpawn("t61850Report", reportPriority, taskOptionFp, reportStack, taskInfoRpt, 1, 2, 3, 4, 5, 6, 7, 8,
-              9, 10);
+    spawnTask("t61850Monitor", monitorPriority, monitorStack, taskObjMon, 1);
+    spawnTask("t61850Report", reportPriority, reportStack, taskInfoRpt, 1);
     return true;
 }
 
 void monitorRound() {
-    feedWhenDue(&monitorFeedTick);
+    wdgFeedWhenDue(&monitorFeedTick);
     const bool refreshed = semTake(semMonitor, roundTicks) == OK;
     getTimeStamp(&monTime);
     if (refreshed) {
@@ -78,7 +68,7 @@ void monitorRound() {
 }
 
 void reportRound() {
-    feedWhenDue(&reportFeedTick);
+    wdgFeedWhenDue(&reportFeedTick);
     sendRpt();
     sendCtlResult();
     taskDelay(roundTicks);

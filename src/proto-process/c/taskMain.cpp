@@ -83,9 +83,8 @@ void spawnClientTasks() {
         clientFile[slot] = {0, -1, 0, 0};
         char name[clientTaskNameSize];
         clientTaskName(slot, name);
-        const TaskId task =
-            taskSpawn(name, static_cast<int>(externGlbCfg.clientTaskPriority), taskOptionFp,
-                      externGlbCfg.clientTaskStack, clientProcess, slot, 2, 3, 4, 5, 6, 7, 8, 9, 10);
+        const TaskId task = spawnTask(name, static_cast<int>(externGlbCfg.clientTaskPriority),
+                                      externGlbCfg.clientTaskStack, clientProcess, slot);
         if (task == taskNone) {
             storeShared(clientStat[slot].status, CS_NONE); // nobody would ever serve the slot
             dbInfo(DbOTH, DbERR, "taskMain", "%s taskSpawn failed!", name);
