@@ -45,7 +45,7 @@ bool setUp() {
     semRefresh = semMCreate(semQPriority);
     dataMapInit();
     for (u32 i = 0; i < region::DIMod.count; i++)
-        regionStore(region::DIMod, 1, i);
+        storeShared(*regionPlace(comdata, region::DIMod, i), 1);
     for (const char *set :
          {"RT.HPhVArr", "RT.HPPVArr", "RT.HAArr", "RT.IHPhVConArr", "RT.IHPPVConArr", "RT.IHAConArr",
           "DMD.avg.HPhVArr", "DMD.avg.HPPVArr", "DMD.avg.HAArr", "DMD.max.HPhVArr", "DMD.max.HPPVArr",
@@ -73,7 +73,7 @@ void everythingChanged(benchmark::State &bench) {
         state.lastFlagThisMonth++;
         state.lastFlagLastMonth++;
         for (u32 i = 0; i < region::pulseCount.count; i++)
-            regionStore(region::pulseCount, state.lastFlagThisMonth, i);
+            storeShared(*regionPlace(comdata, region::pulseCount, i), state.lastFlagThisMonth);
         refreshCycle(&state);
     }
 }
@@ -92,15 +92,15 @@ u8 *copyRow(const MeasRow &row, u32 shift, u32 size, u8 *target) {
 }
 
 struct CopiedTable {
-    const char *name;
+    MeasTableId id;
     u32 walks;
     u32 size; // octets of a value
 };
 constexpr CopiedTable tables[] = {
-    {"basicMeasTable", 1, 4},   {"harmImBalMeasTable", 1, 4}, {"pstMeasTable", 1, 4},
-    {"pltMeasTable", 1, 4},     {"diCntMeasTable", 1, 4},     {"energyMeasTable", 1, 4},
-    {"demandMeasTable", 3, 4},  {"preDemandMeasTable", 1, 4}, {"rtStatTable", 4, 16},
-    {"demandStatTable", 2, 16},
+    {MeasTableId::basic, 1, 4},       {MeasTableId::harmImBal, 1, 4}, {MeasTableId::pst, 1, 4},
+    {MeasTableId::plt, 1, 4},         {MeasTableId::diCnt, 1, 4},     {MeasTableId::energy, 1, 4},
+    {MeasTableId::demand, 3, 4},      {MeasTableId::preDemand, 1, 4}, {MeasTableId::rtStat, 4, 16},
+    {MeasTableId::demandStat, 2, 16},
 };
 
 void rowWiseCopy(benchmark::State &bench) {
@@ -110,7 +110,7 @@ void rowWiseCopy(benchmark::State &bench) {
         u8 *target = copy.data();
         for (const CopiedTable &table : tables)
             for (u32 walk = 0; walk < table.walks; walk++)
-                for (const MeasRow &row : measTable(table.name))
+                for (const MeasRow &row : measTable(table.id))
                     if (row.wiring == anyWiring || row.wiring == wye)
                         target = copyRow(row, 4 * walk, table.size, target);
         octets = static_cast<std::size_t>(target - copy.data());

@@ -5,6 +5,7 @@
 
 #include "device/recordTypes.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -42,18 +43,42 @@ struct MapLine {
         : names(text), nodeType(mapInner), next(below), first(from), last(to) {}
 };
 
+// Calls `use` with each of the names that blanks separate, in order.
+template <class Use> constexpr void forEachName(std::string_view names, Use use) {
+    for (std::size_t at = 0; at < names.size();) {
+        const std::size_t end = std::min(names.find(' ', at), names.size());
+        use(names.substr(at, end - at));
+        at = end + 1;
+    }
+}
+
+// A name with a number below 100 behind it, none for 0. When it is compiled, one that does not fit
+// `size` octets with its NUL is an error.
+template <std::size_t size> struct NumberedName {
+    char text[size] = {};
+    std::size_t length = 0;
+
+    constexpr NumberedName(std::string_view name, u32 number) {
+        const std::size_t digits = number == 0 ? 0 : number < 10 ? 1 : 2;
+        if (number >= 100 || name.size() + digits >= size) {
+            throw "name too long";
+        }
+        length = name.copy(text, size);
+        if (digits == 2) {
+            text[length++] = static_cast<char>('0' + number / 10);
+        }
+        if (digits > 0) {
+            text[length++] = static_cast<char>('0' + number % 10);
+        }
+    }
+    constexpr std::string_view view() const { return {text, length}; }
+};
+
 // Calls `row` with each name, number (0 for none) and line of a table, in order.
 template <class Lines, class Row> constexpr void forEachRow(const Lines &lines, Row row) {
     for (const MapLine &line : lines) {
         for (u32 number = line.first; number <= line.last; number++) {
-            for (std::size_t at = 0; at < line.names.size();) {
-                std::size_t end = line.names.find(' ', at);
-                if (end == std::string_view::npos) {
-                    end = line.names.size();
-                }
-                row(line.names.substr(at, end - at), number, line);
-                at = end + 1;
-            }
+            forEachName(line.names, [&](std::string_view name) { row(name, number, line); });
         }
     }
 }
@@ -73,22 +98,13 @@ template <u32 N> struct MapLayout {
     u32 size;
 };
 
-// Gives every row of a table its name and place. A name that is too long does not compile.
+// Gives every row of a table its name and place.
 template <const auto &lines> consteval auto layOut() {
     MapLayout<countRows<lines>()> out{};
     u32 index = 0;
     forEachRow(lines, [&](std::string_view name, u32 number, const MapLine &line) {
         MapRow &row = out.rows[index++];
-        std::size_t length = name.copy(row.name, sizeof row.name - 1);
-        if (number >= 10) {
-            row.name[length++] = static_cast<char>('0' + number / 10);
-        }
-        if (number > 0) {
-            row.name[length++] = static_cast<char>('0' + number % 10);
-        }
-        if (length >= sizeof row.name || length < name.size()) {
-            throw "name of a row too long";
-        }
+        NumberedName<sizeof row.name>(name, number).view().copy(row.name, sizeof row.name);
         // Not by a test of the pointer: the sanitizers make that no constant expression.
         const bool inner = line.nodeType == mapInner;
         row.offset = alignUp(out.size, inner ? 8 : recordShape(line.nodeType).align);

@@ -14,13 +14,8 @@ f32 loadFloat(const u8 *source) {
     return loadShared(*reinterpret_cast<const f32 *>(source));
 }
 
-void stamp(u16 &q, TimeStamp &t, const TimeStamp &time, u16 quality) {
-    storeShared(t, time);
-    storeShared(q, quality);
-}
-
-bool noSuch(const char *what, const char *table) {
-    dbInfo(DbUPD, DbERR, "walkMeasTable", "No Such %s in %s!", what, table);
+bool noSuch(const char *what, MeasTableId table) {
+    dbInfo(DbUPD, DbERR, "walkMeasTable", "No Such %s in %s!", what, measTableName(table));
     return false;
 }
 
@@ -45,7 +40,7 @@ f32 scaleValue(f32 value, i8 multiplier) {
 void updateMV(MV *record, const TimeStamp &time, const u8 *source) {
     storeShared(record->mag, scaleValue(loadFloat(source), loadShared(record->units.multiplier)));
     countShared(record->updateCount);
-    stamp(record->q, record->t, time, qualityGood);
+    storeStamp(*record, qualityGood, time);
 }
 
 void updateCMV(CMV *record, const TimeStamp &time, const u8 *source, u16 fcdType, u8 *fcdRecord) {
@@ -57,7 +52,7 @@ void updateCMV(CMV *record, const TimeStamp &time, const u8 *source, u16 fcdType
     } else {
         dbInfo(DbUPD, DbERR, "updateCMV", "No such fcdType, cannot support this fcdType: %d", fcdType);
     }
-    stamp(record->q, record->t, time, qualityGood);
+    storeStamp(*record, qualityGood, time);
 }
 
 void updateInvalidMV(MV *record, const TimeStamp &time) {
@@ -65,7 +60,7 @@ void updateInvalidMV(MV *record, const TimeStamp &time) {
         return;
     }
     storeShared(record->mag, 0.0F);
-    stamp(record->q, record->t, time, qualityInvalid);
+    storeStamp(*record, qualityInvalid, time);
 }
 
 void updateInvalidCMV(CMV *record, const TimeStamp &time) {
@@ -73,7 +68,7 @@ void updateInvalidCMV(CMV *record, const TimeStamp &time) {
         return;
     }
     storeShared(record->cVal.mag, 0.0F);
-    stamp(record->q, record->t, time, qualityInvalid);
+    storeStamp(*record, qualityInvalid, time);
 }
 
 namespace {
@@ -141,7 +136,7 @@ bool hasSameFcdAddr(std::span<const MeasRow> rows, std::size_t index) {
 
 // An array that the model does not show has no elements to write; its record still moves on.
 void copyArray(const RowPlace &place, HWYE *record) {
-    stamp(record->q, record->t, place.pass.blockTime, qualityGood);
+    storeStamp(*record, qualityGood, place.pass.blockTime);
     Vector *elements = *reinterpret_cast<Vector **>(place.target);
     const u8 *source = place.source;
     for (u32 i = place.pass.firstElement; elements != nullptr && i < record->numHar; i++) {
@@ -157,7 +152,7 @@ void invalidateArray(const RowPlace &place, HWYE *record, bool lastOfRecord) {
         return;
     }
     if (lastOfRecord) {
-        stamp(record->q, record->t, place.pass.now, qualityInvalid);
+        storeStamp(*record, qualityInvalid, place.pass.now);
     }
     Vector *elements = *reinterpret_cast<Vector **>(place.target);
     for (u32 i = place.pass.firstElement; elements != nullptr && i < record->numHar; i++) {
@@ -168,7 +163,8 @@ void invalidateArray(const RowPlace &place, HWYE *record, bool lastOfRecord) {
 
 bool arrayRow(const RowPlace &place, std::span<const MeasRow> rows, std::size_t index) {
     if ((place.row.fcdType != CdcHWYE && place.row.fcdType != CdcHDEL) || place.fcd == nullptr) {
-        dbInfo(DbUPD, DbERR, "walkMeasTable", "%s: entry model_arr_vec fcdtype error", place.pass.table);
+        dbInfo(DbUPD, DbERR, "walkMeasTable", "%s: entry model_arr_vec fcdtype error",
+               measTableName(place.pass.table));
         return !place.active && !place.pass.stopOnWrongArray;
     }
     auto *record = reinterpret_cast<HWYE *>(place.fcd);

@@ -29,7 +29,7 @@ void updateInvalidCMV(CMV *record, const TimeStamp &time);
 
 // How one pass walks a table.
 struct MeasPass {
-    const char *table;     // name in messages
+    MeasTableId table;     // named in messages
     bool arrays;           // knows array rows
     bool values;           // knows MV rows
     bool stampedSources;   // a source carries its own time behind its value

@@ -8,7 +8,7 @@ namespace ied {
 
 namespace {
 
-MeasPass passOf(const char *table, u8 mode) {
+MeasPass passOf(MeasTableId table, u8 mode) {
     MeasPass pass{};
     pass.table = table;
     pass.values = true;
@@ -19,13 +19,13 @@ MeasPass passOf(const char *table, u8 mode) {
     return pass;
 }
 
-int refreshBlock(const char *table, const RegionTime &time, u8 mode) {
+int refreshBlock(MeasTableId table, const RegionTime &time, u8 mode) {
     MeasPass pass = passOf(table, mode);
     pass.blockTime = regionLoad(time);
     return walkMeasTable(measTable(table), pass);
 }
 
-int refreshFlicker(const char *table, const RegionTime &time, u8 mode) {
+int refreshFlicker(MeasTableId table, const RegionTime &time, u8 mode) {
     MeasPass pass = passOf(table, mode);
     pass.values = false;
     pass.blockTime = regionLoad(time);
@@ -36,19 +36,18 @@ int refreshFlicker(const char *table, const RegionTime &time, u8 mode) {
 void updateBCR(BCR *record, i32 count, const TimeStamp &time) {
     storeShared(record->actVal, count);
     countShared(record->updateCount);
-    storeShared(record->t, time);
-    storeShared(record->q, qualityGood);
+    storeStamp(*record, qualityGood, time);
 }
 
 i32 loadCount(const MeasRow &row) {
     return static_cast<i32>(loadShared(*reinterpret_cast<const u32 *>(row.srcAddr)));
 }
 
-bool isCounter(const MeasRow &row, const char *table) {
+bool isCounter(const MeasRow &row, MeasTableId table) {
     if (row.prototype == ProtoBCR) {
         return true;
     }
-    dbInfo(DbUPD, DbERR, "walkMeasTable", "No Such prototype in %s!", table);
+    dbInfo(DbUPD, DbERR, "walkMeasTable", "No Such prototype in %s!", measTableName(table));
     return false;
 }
 
@@ -59,36 +58,36 @@ constexpr u32 demandFirstElement = 2; // the elements before it are no harmonics
 } // namespace
 
 int refreshRt50Cycle(u8 mode) {
-    return refreshBlock("basicMeasTable", region::realTimeTime, mode);
+    return refreshBlock(MeasTableId::basic, region::realTimeTime, mode);
 }
 
 int refreshRtHarm(u8 mode) {
-    MeasPass pass = passOf("harmImBalMeasTable", mode);
+    MeasPass pass = passOf(MeasTableId::harmImBal, mode);
     pass.arrays = true;
     pass.blockTime = regionLoad(region::realTimeTime);
     return walkMeasTable(measTable(pass.table), pass);
 }
 
 int refreshRtPst(u8 mode) {
-    return refreshFlicker("pstMeasTable", region::pstTime, mode);
+    return refreshFlicker(MeasTableId::pst, region::pstTime, mode);
 }
 
 int refreshRtPlt(u8 mode) {
-    return refreshFlicker("pltMeasTable", region::pltTime, mode);
+    return refreshFlicker(MeasTableId::plt, region::pltTime, mode);
 }
 
 int refreshPreDemand(u8 mode) {
-    return refreshBlock("preDemandMeasTable", region::preDemandTime, mode);
+    return refreshBlock(MeasTableId::preDemand, region::preDemandTime, mode);
 }
 
 int refreshRtDemand(u8 mode) {
-    MeasPass pass = passOf("demandMeasTable", mode);
+    MeasPass pass = passOf(MeasTableId::demand, mode);
     pass.arrays = true;
     pass.stopOnWrongArray = true;
     pass.firstElement = demandFirstElement;
     pass.elementStride = demandArrayStride;
     pass.blockTime = {regionLoad(region::demandTime.sec), 0, regionLoad(region::demandTime.tq)};
-    for (const DemandSet &set : demandSets) {
+    for (const MeasSetShift &set : demandSets) {
         pass.targetShift = set.target;
         pass.sourceShift = set.source;
         if (walkMeasTable(measTable(pass.table), pass) == 0) {
@@ -101,7 +100,7 @@ int refreshRtDemand(u8 mode) {
 int walkPulseTable(std::span<const MeasRow> rows, u8 mode) {
     const TimeStamp blockTime = regionLoad(region::ioTime);
     for (u32 i = 0; i < rows.size() && rows[i].srcAddr != nullptr; i++) {
-        if (!isCounter(rows[i], "diCntMeasTable")) {
+        if (!isCounter(rows[i], MeasTableId::diCnt)) {
             return 0;
         }
         if (mode == RefreshInvalidate || i >= region::DIMod.count ||
@@ -125,7 +124,7 @@ int walkEnergyTable(std::span<const MeasRow> rows, u8 mode) {
         if (row.srcAddr == nullptr) {
             break;
         }
-        if (!isCounter(row, "energyMeasTable")) {
+        if (!isCounter(row, MeasTableId::energy)) {
             return 0;
         }
         if (mode == RefreshInvalidate) {
@@ -139,24 +138,24 @@ int walkEnergyTable(std::span<const MeasRow> rows, u8 mode) {
 }
 
 int refreshRtDiCnt(u8 mode) {
-    return walkPulseTable(measTable("diCntMeasTable"), mode);
+    return walkPulseTable(measTable(MeasTableId::diCnt), mode);
 }
 
 int refreshEnergy(u8 mode) {
-    return walkEnergyTable(measTable("energyMeasTable"), mode);
+    return walkEnergyTable(measTable(MeasTableId::energy), mode);
 }
 
 int refreshStatData(u8 month, u8 mode) {
-    MeasPass pass = passOf("rtStatTable", mode);
+    MeasPass pass = passOf(MeasTableId::rtStat, mode);
     pass.stampedSources = true;
-    for (const StatSet &set : rtStatSets[month]) {
+    for (const MeasSetShift &set : rtStatSets[month]) {
         pass.targetShift = set.target;
         pass.sourceShift = set.source;
         if (walkMeasTable(measTable(pass.table), pass) == 0) {
             return 0;
         }
     }
-    pass.table = "demandStatTable";
+    pass.table = MeasTableId::demandStat;
     pass.targetShift = demandStatSets[month].target;
     pass.sourceShift = demandStatSets[month].source;
     return walkMeasTable(measTable(pass.table), pass);

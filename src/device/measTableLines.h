@@ -4,6 +4,8 @@
 
 #include "device/measTables.h"
 
+#include <string_view>
+
 namespace ied::measLines {
 
 // Source of one component: a magnitude, an angle or both, active in the object's wiring mode unless

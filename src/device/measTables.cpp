@@ -26,22 +26,6 @@ constexpr bool inRegion(u32 offset, const Extent &extent, bool isArray, u32 alig
     return offset % align == 0 && u64{offset} + extent.addition + length <= regionSize;
 }
 
-struct ObjectName {
-    char text[32] = {};
-    std::size_t length = 0;
-
-    constexpr ObjectName(std::string_view name, u32 number) {
-        length = name.copy(text, sizeof text - 3);
-        if (number >= 10) {
-            text[length++] = static_cast<char>('0' + number / 10);
-        }
-        if (number > 0) {
-            text[length++] = static_cast<char>('0' + number % 10);
-        }
-    }
-    constexpr std::string_view view() const { return {text, length}; }
-};
-
 // Kind of the rows of an object of that CDC, the octets from its record to component `index`, and
 // what encloses the component.
 struct Target {
@@ -80,23 +64,17 @@ template <class Lines, class Row> constexpr void forEachComponent(const Lines &l
         for (u32 number = line.first; number <= line.last; number++) {
             u32 index = 0;
             const bool list = line.object.find(' ') != std::string_view::npos;
-            for (std::size_t at = 0; at < line.object.size();) {
-                std::size_t end = line.object.find(' ', at);
-                if (end == std::string_view::npos) {
-                    end = line.object.size();
-                }
-                const std::string_view object = line.object.substr(at, end - at);
-                at = end + 1;
+            forEachName(line.object, [&](std::string_view object) {
                 if (list) {
                     row(object, 0U, line.sources[index++], line, number);
-                    continue;
+                    return;
                 }
                 for (u32 component = 0; component < 4; component++) {
                     if (line.sources[component].magnitude != 0) {
                         row(object, component, line.sources[component], line, number);
                     }
                 }
-            }
+            });
         }
     }
 }
@@ -114,7 +92,7 @@ template <const auto &lines> consteval auto makeMeasTable(Extent extent) {
     u32 index = 0;
     forEachComponent(lines, [&](std::string_view object, u32 component, const Source &source,
                                 const MeasLine &line, u32 number) {
-        const MapPlace place = resolveSAddr(ObjectName(object, number).view());
+        const MapPlace place = resolveSAddr(NumberedName<32>(object, number).view());
         const Target target = targetOf(place.nodeType, component);
         u8 *const record = protoData + place.offset;
         const u32 offset = source.magnitude + (number - line.first) * line.step;
@@ -165,10 +143,11 @@ constinit auto rtStatTable = makeMeasTable<rtStatLines>(statExtent);
 constinit auto demandStatTable = makeMeasTable<demandStatLines>(statExtent);
 
 struct NamedTable {
-    std::string_view name;
+    const char *name;
     std::span<MeasRow> rows;
 };
 
+// By MeasTableId.
 constexpr NamedTable measTables[] = {
     {"basicMeasTable", basicMeasTable},   {"harmImBalMeasTable", harmImBalMeasTable},
     {"pstMeasTable", pstMeasTable},       {"pltMeasTable", pltMeasTable},
@@ -176,6 +155,7 @@ constexpr NamedTable measTables[] = {
     {"demandMeasTable", demandMeasTable}, {"preDemandMeasTable", preDemandMeasTable},
     {"rtStatTable", rtStatTable},         {"demandStatTable", demandStatTable},
 };
+static_assert(std::size(measTables) == measTableNum);
 
 // Octets from one leaf of the tree to another of the same kind.
 consteval i32 apart(std::string_view from, std::string_view to) {
@@ -184,30 +164,29 @@ consteval i32 apart(std::string_view from, std::string_view to) {
 
 } // namespace
 
-constexpr DemandSet demandSets[3] = {
+constexpr MeasSetShift demandSets[3] = {
     {0, 0},
     {apart("DMD.avg.PhV", "DMD.min.PhV"), demandSetStep},
     {apart("DMD.avg.PhV", "DMD.max.PhV"), 2 * demandSetStep},
 };
 
-constexpr StatSet rtStatSets[2][2] = {
+constexpr MeasSetShift rtStatSets[2][2] = {
     {{0, 0}, {apart("MON.rt.now.max.PhV", "MON.rt.now.min.PhV"), statMinStep}},
     {{apart("MON.rt.now.max.PhV", "MON.rt.last.max.PhV"), statMonthStep},
      {apart("MON.rt.now.max.PhV", "MON.rt.last.min.PhV"), statMonthStep + statMinStep}},
 };
 
-constexpr StatSet demandStatSets[2] = {
+constexpr MeasSetShift demandStatSets[2] = {
     {0, 0},
     {apart("MON.dmd.now.max.A", "MON.dmd.last.max.A"), statMonthStep},
 };
 
-std::span<const MeasRow> measTable(std::string_view name) {
-    for (const NamedTable &table : measTables) {
-        if (table.name == name) {
-            return table.rows;
-        }
-    }
-    return {};
+std::span<const MeasRow> measTable(MeasTableId table) {
+    return measTables[static_cast<std::size_t>(table)].rows;
+}
+
+const char *measTableName(MeasTableId table) {
+    return measTables[static_cast<std::size_t>(table)].name;
 }
 
 int dataMapInit() {

@@ -5,7 +5,6 @@
 #include "device/protoData.h"
 
 #include <span>
-#include <string_view>
 
 namespace ied {
 
@@ -48,26 +47,34 @@ struct MeasRow {
 // Arrays of the demand block: element i, from the second on, at 96 (i - 2).
 inline constexpr u32 demandArrayStride = 96;
 
-// Sets of the demand block: the table is named for the averages.
-struct DemandSet {
-    i32 target; // octets from the record of "DMD.avg" to that of the set
+// A table that serves several sets of records names the first; the others lie apart from it.
+struct MeasSetShift {
+    i32 target; // octets from the record of the first set to that of this one
     u32 source; // octets added to the source
 };
-extern const DemandSet demandSets[3];
+// Sets of the demand block: averages, minima, maxima.
+extern const MeasSetShift demandSets[3];
+// Classes of the statistics, from the maxima of this month on. A source is an f32 and its TimeStamp.
+extern const MeasSetShift rtStatSets[2][2]; // by month (0 this, 1 last), then max and min
+extern const MeasSetShift demandStatSets[2];
 
-// Classes of the statistics: the tables are named for the maxima of this month. A source is an f32
-// and its TimeStamp.
-struct StatSet {
-    i32 target;
-    u32 source;
+enum class MeasTableId : u8 {
+    basic,
+    harmImBal,
+    pst,
+    plt,
+    diCnt,
+    energy,
+    demand,
+    preDemand,
+    rtStat,
+    demandStat,
 };
-extern const StatSet rtStatSets[2][2]; // by month (0 this, 1 last), then max and min
-extern const StatSet demandStatSets[2];
+inline constexpr u32 measTableNum = static_cast<u32>(MeasTableId::demandStat) + 1;
 
-// The rows of a table ("basicMeasTable", "harmImBalMeasTable", "pstMeasTable", "pltMeasTable",
-// "diCntMeasTable", "energyMeasTable", "demandMeasTable", "preDemandMeasTable", "rtStatTable",
-// "demandStatTable"); empty for another name.
-std::span<const MeasRow> measTable(std::string_view name);
+std::span<const MeasRow> measTable(MeasTableId table);
+// Its name in messages: "basicMeasTable", ..., "rtStatTable", "demandStatTable".
+const char *measTableName(MeasTableId table);
 
 // Points every row at its source in the region. Returns 1.
 int dataMapInit();

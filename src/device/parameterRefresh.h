@@ -55,7 +55,7 @@ enum ParaOp : u8 {
     ParaSEToEdit, // FC SE fields to the edit area, with range check: an edit is confirmed
 };
 
-// The map of each group.
+// The map of each group; a group whose map is empty is skipped.
 extern std::span<const ParaMap> paraMapAddr[ParaGroupNum];
 
 // Brings the parameters of a group (or ParaAll) from the live area into their records with
@@ -68,7 +68,7 @@ int dealParamProcess(u8 op, const AsnList *list, u8 group);
 int refreshPara(const ParaMap &row, const u8 *field, u8 op);
 
 // Sections of relatedDataRefresh besides the groups above.
-inline constexpr u8 relatedRatedCurrent = 13;
+inline constexpr u8 relatedRatedCurrent = ParaGroupNum; // the first number behind them
 // Brings up what hangs on the parameters of `group`: ParaBase, ParaDI, ParaDO, ParaSP or
 // relatedRatedCurrent; with `force`, at start, everything.
 void relatedDataRefresh(bool force, u8 group);

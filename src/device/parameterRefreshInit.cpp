@@ -69,12 +69,6 @@ void namePlates() {
     std::snprintf(physical.model, sizeof physical.model, "%s", IED.name != nullptr ? IED.name : "");
 }
 
-template <class Record> void fixState(Record &record, u8 value, u16 q, const TimeStamp &now) {
-    storeShared(record.stVal, value);
-    storeShared(record.t, now);
-    storeShared(record.q, q);
-}
-
 } // namespace
 
 void invalidHarDeal(HWYE *record, bool hasNeut) {
@@ -90,15 +84,15 @@ void invalidHarDeal(HWYE *record, bool hasNeut) {
 void specDataInit() {
     TimeStamp now;
     getTimeStamp(&now);
-    fixState(mirror<SPS>("MICS.Proxy"), 0, qualityGood, now);
-    fixState(mirror<CtlObj>("MICS.Mod"), 1, qualityGood, now);
-    fixState(mirror<SPS>("MICS.Beh"), 1, qualityGood, now);
-    fixState(mirror<SPS>("MICS.Health"), 1, qualityGood, now);
-    fixState(mirror<SPS>("MICS.PhyHealth"), 1, qualityGood, now);
+    storeState(mirror<SPS>("MICS.Proxy"), 0, qualityGood, now);
+    storeState(mirror<CtlObj>("MICS.Mod"), 1, qualityGood, now);
+    storeState(mirror<SPS>("MICS.Beh"), 1, qualityGood, now);
+    storeState(mirror<SPS>("MICS.Health"), 1, qualityGood, now);
+    storeState(mirror<SPS>("MICS.PhyHealth"), 1, qualityGood, now);
     namePlates();
-    fixState(mirror<CtlObj>("CTL.RcdTrg1"), 0, qualityGood, now);
-    fixState(mirror<CtlObj>("CTL.RcdTrg2"), 0, qualityGood, now);
-    fixState(mirror<SPS>("ST.batFlt"), 0, qualityInvalid, now);
+    storeState(mirror<CtlObj>("CTL.RcdTrg1"), 0, qualityGood, now);
+    storeState(mirror<CtlObj>("CTL.RcdTrg2"), 0, qualityGood, now);
+    storeState(mirror<SPS>("ST.batFlt"), 0, qualityInvalid, now);
     for (u32 set = 0; set < demandSetNum; set++) {
         invalidHarDeal(&mirrorOf<HWYE>("DMD.avg.HPhVArr", "DMD.max.HPhVArr", set), true);
         invalidHarDeal(&mirrorOf<HWYE>("DMD.avg.HPPVArr", "DMD.max.HPPVArr", set), false);
@@ -108,7 +102,7 @@ void specDataInit() {
 }
 
 void pulsQtyInit() {
-    for (const MeasRow &row : measTable("energyMeasTable")) {
+    for (const MeasRow &row : measTable(MeasTableId::energy)) {
         storeShared(reinterpret_cast<BCR *>(row.modelAddr)->pulsQty, 1.0F);
     }
 }

@@ -38,12 +38,6 @@ bool isBit(u32 word, u32 bit) {
     return (word >> bit & 1) != 0;
 }
 
-void setValue(INS &record, i32 value, const TimeStamp &now) {
-    storeShared(record.stVal, value);
-    storeShared(record.q, qualityGood);
-    storeShared(record.t, now);
-}
-
 void ratedCurrent(bool, const TimeStamp &now) {
     const u16 code = regionLoad(region::ratedCurrent);
     if (code == state.lastrateNormAmp) {
@@ -51,8 +45,8 @@ void ratedCurrent(bool, const TimeStamp &now) {
     }
     state.lastrateNormAmp = code;
     const i32 ampere = code == 1 ? 1 : 5;
-    setValue(mirror<INS>("MICS.RtdCurr"), ampere, now);
-    setValue(mirror<INS>("MICS.RtdI4"), ampere, now);
+    storeState(mirror<INS>("MICS.RtdCurr"), ampere, qualityGood, now);
+    storeState(mirror<INS>("MICS.RtdI4"), ampere, qualityGood, now);
 }
 
 // State of a channel that is valid only in `usable` mode: it takes `value` when it becomes valid,
@@ -63,17 +57,14 @@ void channelState(Record &record, bool usable, bool value, bool force, const Tim
     if (loadShared(record.q) == wanted && !force) {
         return;
     }
-    storeShared(record.stVal, static_cast<u8>(usable && value));
-    storeShared(record.t, now);
-    storeShared(record.q, wanted);
+    storeState(record, static_cast<u8>(usable && value), wanted, now);
 }
 
 void outputs(bool force, const TimeStamp &now) {
-    constexpr u32 relays = 4; // before DO1 in the list and in the state word
     const u16 word = regionLoad(region::outputState);
     for (u32 i = 0; i < region::DOMod.count; i++) {
-        channelState(*DOSTAddrList[relays + i], regionLoad(region::DOMod, i) == 0, isBit(word, relays + i),
-                     force, now);
+        const u32 bit = relayNum + i;
+        channelState(*DOSTAddrList[bit], regionLoad(region::DOMod, i) == 0, isBit(word, bit), force, now);
     }
 }
 
@@ -83,8 +74,7 @@ void pulseCounter(u32 i, bool counting, bool force, const TimeStamp &now) {
     const bool turn = loadShared(record.q) != wanted || force;
     if (turn) {
         storeShared(record.actVal, counting ? static_cast<i32>(regionLoad(region::pulseCount, i)) : 0);
-        storeShared(record.t, now);
-        storeShared(record.q, wanted);
+        storeStamp(record, wanted, now);
     }
     if (counting) {
         storeShared(record.pulsQty, 1.0F);
@@ -216,7 +206,7 @@ void ratedValues(bool, const TimeStamp &now) {
     const u16 volt = regionLoad(region::RtgVolt);
     if (volt != state.lastrateNormVolt) {
         state.lastrateNormVolt = volt;
-        setValue(mirror<INS>("MICS.RtdVolt"), volt, now);
+        storeState(mirror<INS>("MICS.RtdVolt"), volt, qualityGood, now);
     }
     const u16 inMode = regionLoad(region::TVMod);
     if (inMode != state.lastInMode) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "device/addressTree.h"
+#include "platform/shared.h"
 
 namespace ied {
 
@@ -34,6 +35,18 @@ template <class T> T *mirrorRow(MirrorPath<T> first) {
 // Record `index` of a group that repeats: the same leaf of the first and the second group are given.
 template <class T> T &mirrorOf(MirrorPath<T> first, MirrorPath<T> second, u32 index) {
     return *reinterpret_cast<T *>(protoData + first.offset + index * (second.offset - first.offset));
+}
+
+// Gives a record its time and quality; a reader may see either before the other.
+template <class T> void storeStamp(T &record, u16 q, const TimeStamp &time) {
+    storeShared(record.t, time);
+    storeShared(record.q, q);
+}
+
+// Gives a record of a state its value with time and quality. Records of states name these alike.
+template <class T> void storeState(T &record, decltype(T::stVal) value, u16 q, const TimeStamp &time) {
+    storeShared(record.stVal, value);
+    storeStamp(record, q, time);
 }
 
 } // namespace ied

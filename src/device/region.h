@@ -1,5 +1,5 @@
-// Reads and writes of the shared region through its map: each is one indivisible access of the
-// field's own width, since the peer writes at the same time. Nothing here takes a lock.
+// Reads of the shared region through its map: each is one indivisible access of the field's own
+// width, since the peer writes at the same time. Nothing here takes a lock.
 #pragma once
 
 #include "device/regionLayout.h"
@@ -17,11 +17,6 @@ template <class T> T regionLoad(const RegionField<T> &field, u32 index = 0) {
 // The same for a change counter: what the peer wrote before it raised the counter is then seen.
 template <class T> T regionLoadCounter(const RegionField<T> &field, u32 index = 0) {
     return loadPublished(*regionPlace(comdata, field, index));
-}
-
-template <class T>
-void regionStore(const RegionField<T> &field, std::type_identity_t<T> value, u32 index = 0) {
-    storeShared(*regionPlace(comdata, field, index), value);
 }
 
 // Time `index` of a time field.

@@ -85,7 +85,7 @@ enum ArmFlag : u8 {
 inline constexpr RegionField<u32> commandCounter{388, 77}; // one a command of the device
 inline constexpr RegionField<u32> waveChange{596, 2};      // wave groups changed by an edit
 
-// Parameters that steer this process; every parameter has its row in the parameter maps.
+// Parameters that steer this process.
 inline constexpr RegionField<u16> TVMod{700};       // wiring: 0 wye, 1 delta, 2 counts as 0
 inline constexpr RegionField<u16> RtgFreq{736};     // 1: 60 Hz, else 50 Hz
 inline constexpr RegionField<u16> RtgVolt{738};     // volts

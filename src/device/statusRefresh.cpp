@@ -15,12 +15,6 @@ template <std::size_t N> std::array<SPS *, N> numbered(MirrorPath<SPS> first) {
     return out;
 }
 
-void setState(SPS *record, u8 value, u16 q, const TimeStamp &time) {
-    storeShared(record->stVal, value);
-    storeShared(record->t, time);
-    storeShared(record->q, q);
-}
-
 } // namespace
 
 const std::array<SPS *, 8> DISTAddrList = numbered<8>("ST.DI1");
@@ -55,26 +49,24 @@ void stDataInit() {
     TimeStamp now;
     getTimeStamp(&now);
     for (u32 i = 0; i < DISTAddrList.size(); i++) {
-        setState(DISTAddrList[i], 0, regionLoad(region::DIMod, i) != 0 ? qualityInvalid : qualityGood, now);
+        storeState(*DISTAddrList[i], 0, regionLoad(region::DIMod, i) != 0 ? qualityInvalid : qualityGood,
+                   now);
     }
-    constexpr u32 relays = 4;
     for (u32 i = 0; i < DOSTAddrList.size(); i++) {
-        const bool local = i >= relays && regionLoad(region::DOMod, i - relays) != 0;
-        storeShared(DOSTAddrList[i]->stVal, u8{0});
-        storeShared(DOSTAddrList[i]->t, now);
-        storeShared(DOSTAddrList[i]->q, local ? qualityInvalid : qualityGood);
+        const bool local = i >= relayNum && regionLoad(region::DOMod, i - relayNum) != 0;
+        storeState(*DOSTAddrList[i], 0, local ? qualityInvalid : qualityGood, now);
     }
     for (SPS *record : SPSTAddrList) {
-        setState(record, 0, qualityGood, now);
+        storeState(*record, 0, qualityGood, now);
     }
     for (SPS *record : LGSTAddrList) {
-        setState(record, 0, qualityGood, now);
+        storeState(*record, 0, qualityGood, now);
     }
     const u32 word = regionLoad(region::checkWord);
     const TimeStamp wordTime = regionLoad(region::checkTime);
     for (u32 i = 0; i < CHKSTAddrList.size(); i++) {
         if (CHKSTAddrList[i] != nullptr && i != checkBattery) {
-            setState(CHKSTAddrList[i], static_cast<u8>(word >> i & 1), qualityGood, wordTime);
+            storeState(*CHKSTAddrList[i], static_cast<u8>(word >> i & 1), qualityGood, wordTime);
         }
     }
 }
@@ -84,14 +76,11 @@ void RDDataInit() {
     getTimeStamp(&now);
     for (SPS *record : {&mirror<SPS>("RD.RcdStr1"), &mirror<SPS>("RD.RcdMade1"), &mirror<SPS>("RD.RcdStr2"),
                         &mirror<SPS>("RD.RcdMade2")}) {
-        storeShared(record->t, now);
-        storeShared(record->q, qualityGood);
+        storeStamp(*record, qualityGood, now);
     }
     for (u32 group = 0; group < 2; group++) {
-        INS &number = mirrorOf<INS>("RD.FltNum1", "RD.FltNum2", group);
-        storeShared(number.stVal, static_cast<i32>(regionLoad(region::waveStart, group)));
-        storeShared(number.t, now);
-        storeShared(number.q, qualityGood);
+        storeState(mirrorOf<INS>("RD.FltNum1", "RD.FltNum2", group),
+                   static_cast<i32>(regionLoad(region::waveStart, group)), qualityGood, now);
     }
 }
 

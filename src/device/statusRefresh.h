@@ -14,6 +14,7 @@ extern const std::array<CtlObj *, 6> DOSTAddrList; // RO1 to RO4, DO1, DO2
 extern const std::array<SPS *, 32> SPSTAddrList;
 extern const std::array<SPS *, 8> LGSTAddrList;
 extern const std::array<SPS *, 18> CHKSTAddrList;
+inline constexpr u32 relayNum = 4;     // before DO1 in that list and in the output state word
 inline constexpr u32 checkBattery = 2; // bit of ST.batFlt, which stays invalid
 
 // First states of the "ST" and of the "RD" records.

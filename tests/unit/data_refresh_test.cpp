@@ -354,7 +354,7 @@ int waits;
 void lateInstrument(u64 deadline) {
     heldSleep(deadline);
     if (++waits == 3) {
-        regionStore(region::ready, region::readyValue);
+        storeShared(*regionPlace(comdata, region::ready), region::readyValue);
     }
 }
 

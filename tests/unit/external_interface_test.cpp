@@ -41,7 +41,7 @@ TEST_F(ExternalInterface, OpensEverythingAfterTwoSeconds) {
     // The other side sees the same octets, to the last one.
     auto *peer = static_cast<u8 *>(sdOpen("/sd_commdata", 1, 0, regionSize, 0, 0));
     ASSERT_NE(peer, nullptr);
-    regionStore(region::ready, region::readyValue);
+    storeShared(*regionPlace(comdata, region::ready), region::readyValue);
     EXPECT_EQ(peer[37549840], 0x55);
     EXPECT_EQ(peer[37549841], 0xAA);
     peer[regionSize - 1] = 1;

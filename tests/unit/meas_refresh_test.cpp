@@ -340,16 +340,19 @@ TEST_F(MeasRefresh, AFaultyRowEndsItsTableWithAMessage) {
     u8 *const header = reinterpret_cast<u8 *>(&arrays);
     const MeasRow good{ProtoMV, 0, reinterpret_cast<u8 *>(&behind), 0, comdata, anyWiring, mapInner, nullptr};
     const Faulty cases[] = {
-        {{5, 0, place, 0, comdata, wye, 66, nullptr}, "No Such prototype in T!", 0, 0},
-        {{ProtoCMV, 3, place, 0, comdata, wye, 10, place}, "No Such angtype in T!", 0, 0},
-        {{ProtoArray, 0, array, 0, comdata, wye, 10, header}, "T: entry model_arr_vec fcdtype error", 0, 1},
+        {{5, 0, place, 0, comdata, wye, 66, nullptr}, "No Such prototype in pstMeasTable!", 0, 0},
+        {{ProtoCMV, 3, place, 0, comdata, wye, 10, place}, "No Such angtype in pstMeasTable!", 0, 0},
+        {{ProtoArray, 0, array, 0, comdata, wye, 10, header},
+         "pstMeasTable: entry model_arr_vec fcdtype error",
+         0,
+         1},
     };
     for (const Faulty &each : cases) {
         for (const u16 wiring : {u16{wye}, u16{delta}}) {
             const LogLines log;
             const MeasRow rows[] = {each.row, good};
             MeasPass pass{};
-            pass.table = "T";
+            pass.table = MeasTableId::pst;
             pass.arrays = pass.values = true;
             pass.wiring = wiring;
             behind.updateCount = 0;
@@ -380,7 +383,7 @@ TEST_F(MeasRefresh, ARowWithoutSourceOrTargetEndsATable) {
         (noSource ? const_cast<u8 *&>(end.srcAddr) : end.modelAddr) = nullptr;
         const MeasRow rows[] = {good, end, after};
         MeasPass pass{};
-        pass.table = "T";
+        pass.table = MeasTableId::pst;
         pass.values = true;
         EXPECT_EQ(walkMeasTable(rows, pass), 1);
     }

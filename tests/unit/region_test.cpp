@@ -78,7 +78,7 @@ TEST(Region, AWriteTouchesItsOwnOctetsOnly) {
     DeviceState device;
     device.put<u32>(16, 0xFFFFFFFF);
     device.put<u32>(24, 0xFFFFFFFF);
-    regionStore(region::armFlag, 7, 2);
+    storeShared(*regionPlace(comdata, region::armFlag, 2), 7);
     EXPECT_EQ(device.get<u32>(20), 7U);
     EXPECT_EQ(device.get<u32>(16), 0xFFFFFFFF);
     EXPECT_EQ(device.get<u32>(24), 0xFFFFFFFF);
