@@ -237,13 +237,16 @@ void refreshLocalData(TaskArgument) {
 
 bool dataRefreshStart() {
     const int halfSecond = std::max(1, static_cast<int>(sysClkRateGet() / 2));
-    bool said = false;
+    bool waited = false;
     while (regionLoadCounter(region::ready) != region::readyValue) {
-        if (!said) {
+        if (!waited) {
             std::fprintf(stderr, "Waiting for the instrument: its shared region is not ready yet\n");
         }
-        said = true;
+        waited = true;
         taskDelay(halfSecond);
+    }
+    if (waited) {
+        namePlates(); // they hang on no change counter, and what was read before was not filled yet
     }
     if (spawnTask("t61850Update", updatePriority, updateStack, refreshLocalData, 1) != taskNone) {
         return true;

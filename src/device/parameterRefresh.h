@@ -75,6 +75,8 @@ void relatedDataRefresh(bool force, u8 group);
 
 // Fixed values of the mirror.
 void specDataInit();
+// The name plates among them, which show numbers and versions of the instrument.
+void namePlates();
 // Zeroes elements 0 and 1 of the record's arrays, of the fourth one only with `hasNeut`.
 void invalidHarDeal(HWYE *record, bool hasNeut);
 // pulsQty 1.0 in every energy register.

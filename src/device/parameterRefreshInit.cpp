@@ -51,6 +51,8 @@ void printVersion(char (&text)[256], u32 version) {
     std::snprintf(text, sizeof text, "V%u.%02u.%02u", version / 10000, version % 10000 / 100, version % 100);
 }
 
+} // namespace
+
 void namePlates() {
     LPL &device = mirror<LPL>("MICS.NamPlt");
     const u32 config = regionLoad(region::cfgVersion);
@@ -68,8 +70,6 @@ void namePlates() {
     printVersion(physical.hwRev, regionLoad(region::hwVersion));
     std::snprintf(physical.model, sizeof physical.model, "%s", IED.name != nullptr ? IED.name : "");
 }
-
-} // namespace
 
 void invalidHarDeal(HWYE *record, bool hasNeut) {
     constexpr u32 noHarmonics = 2; // elements before the second harmonic

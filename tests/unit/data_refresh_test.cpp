@@ -351,25 +351,41 @@ TEST_F(DataRefresh, ACycleWithEverythingChangedAllocatesNothing) {
 // A clock under which the instrument becomes ready while it is waited for the third time.
 void (*heldSleep)(u64);
 int waits;
+DeviceState *lateRegion;
 void lateInstrument(u64 deadline) {
     heldSleep(deadline);
     if (++waits == 3) {
-        storeShared(*regionPlace(comdata, region::ready), region::readyValue);
+        lateRegion->put<u32>(7576, 4711);
+        lateRegion->put<u16>(37514468, 10203);
+        lateRegion->put<u16>(37514476, 1234);
+        lateRegion->put<u32>(37549840, 43605);
     }
 }
 
-// Ends with status 0 when the start waited three half seconds and left a running task.
+bool plateShows(const char *serNum, const char *hwRev, const char *configRev) {
+    const DPL &physical = record<DPL>("MICS.PhyNam");
+    return std::strcmp(physical.serNum, serNum) == 0 && std::strcmp(physical.hwRev, hwRev) == 0 &&
+           std::strcmp(record<LPL>("MICS.NamPlt").configRev, configRev) == 0;
+}
+
+// Ends with status 0 when the start waited three half seconds and left a running task, and the name
+// plates show what the instrument has filled in meanwhile.
 void startWithLateInstrument() {
     DeviceState device;
+    lateRegion = &device;
     device.put<u32>(37549840, 43604);
     heldSleep = clockOps.sleepUntilNs;
     clockOps.sleepUntilNs = lateInstrument;
     dataMapInit();
+    specDataInit();
+    const bool empty = plateShows("0000000000", "V0.00.00", "V00.00");
     semMonitor = semBCreate(semQPriority, semEmpty);
     semRefresh = semBCreate(semQPriority, semEmpty);
     const u32 start = tickGet();
     const bool started = dataRefreshStart();
-    std::_Exit(started && waits == 3 && tickGet() - start >= 3 * (sysClkRateGet() / 2) ? 0 : 1);
+    const bool filled = plateShows("0000004711", "V1.02.03", "V12.34");
+    const bool waited = waits == 3 && tickGet() - start >= 3 * (sysClkRateGet() / 2);
+    std::_Exit(started && waited && empty && filled ? 0 : 1);
 }
 
 TEST(DataRefreshDeathTest, TheStartWaitsForTheInstrumentAndSaysSoOnce) {
