@@ -2,7 +2,7 @@
 // frames; what each further leaf costs; private memory after start. Everything runs on this host over
 // loopback: the client on one CPU, the servers in turn on another, each a process of its own.
 //
-// Prints a row a figure, its fields parted by tabs: what, measured, held against, ratio, aim.
+// Prints a row a figure, its fields parted by tabs: what, measured, held against, ratio, bound.
 #include "bench/echoServer.h"
 #include "bench/processFigures.h"
 #include "tests/support/rawMms.h"
@@ -207,7 +207,7 @@ void measure(std::array<Case, 4> &cases, const RawClient &client) {
     }
 }
 
-void printCase(const Case &c, double aim) {
+void printCase(const Case &c, double bound) {
     std::size_t answer = 0;
     for (const std::string &frame : c.exchange.frames) {
         answer += frame.size();
@@ -217,7 +217,7 @@ void printCase(const Case &c, double aim) {
                 "calls\t%.2f\t",
                 c.name, c.request.size(), answer, c.exchange.frames.size(), c.leaves, median(server) / 1e3,
                 median(paced) / 1e3, ratio(server, paced));
-    std::printf(aim > 0 ? "%.2f\n" : "\n", aim);
+    std::printf(bound > 0 ? "%.2f\n" : "\n", bound);
     std::printf("the same\t%.1f us\t%.1f us, bare echo\t%.2f\t\n", median(server) / 1e3, median(bare) / 1e3,
                 ratio(server, bare));
 }

@@ -167,7 +167,8 @@ TEST(DataSets, NamesAreFreeUsedOrInvalid) {
         EXPECT_EQ(checkDsName(Name(domain, item)), want) << item;
         EXPECT_EQ(log.count("DAT", "ERR", "checkDsName", text), want == 1 ? 0 : 1) << text;
     }
-    EXPECT_EQ(checkDsName(Name("Tiny", "LLN0$" + std::string(5000, 'n'))), 1);
+    EXPECT_EQ(checkDsName(Name("Tiny", "LLN0$" + std::string(250, 'n'))), 1);
+    EXPECT_EQ(checkDsName(Name("Tiny", "LLN0$" + std::string(251, 'n'))), -1) << "longer than a reference";
     EXPECT_EQ(checkDsName(Name("Tiny", std::string(5000, 'n') + "$")), -1);
     Name vmd("Tiny", "LLN0$b");
     vmd.name.choiceId = ObjectName::vmdSpecific;
