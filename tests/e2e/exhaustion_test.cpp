@@ -155,12 +155,18 @@ TEST_F(Exhaustion, a_data_set_comes_and_goes_under_those_who_read_it) {
     // What each kind of client was answered.
     std::set<std::string> defines, deletes, reads[3];
     std::atomic<int> definers = 2;
+    std::atomic<int> associated = 0; // of five: a connection may wait for a second in the host's backlog
+    const auto start = [&](RawClient &client) {
+        const bool up = associate(client, server->port);
+        ++associated;
+        return up && waitUntil([&] { return associated == 5; });
+    };
     std::vector<std::thread> threads;
     std::mutex guard;
     for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&] {
             RawClient client;
-            const bool up = associate(client, server->port);
+            const bool up = start(client);
             for (int n = 0; up && n < pairs; ++n) {
                 const std::string first = ask(client, define("LLN0$shared", members)).value_or("silence");
                 const std::string second = ask(client, deleteSet("LLN0$shared")).value_or("silence");
@@ -174,7 +180,7 @@ TEST_F(Exhaustion, a_data_set_comes_and_goes_under_those_who_read_it) {
     for (auto &seen : reads) {
         threads.emplace_back([&] {
             RawClient client;
-            const bool up = associate(client, server->port);
+            const bool up = start(client);
             while (up && definers > 0) {
                 seen.insert(ask(client, readSet("LLN0$shared")).value_or("silence"));
             }
