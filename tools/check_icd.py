@@ -21,6 +21,8 @@ from icdcheck.schema import faults as schemaFaults  # noqa: E402
 
 FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "device", "tffs0", "ZRX418.icd")
 NAME_MAX = 30
+LN_EXTRA_MAX = 7                        # prefix and instance of a logical node together (IEC 61850-7-2:2003)
+DO_NAME_MAX = 10                        # likewise a data object's name
 WIRE_MAX = 30 * 1024
 POOL = 10 * 1024 * 1024 * 3 // 4        # a quarter of the pool stays free
 DATA_SETS = 16                          # of maxDsNum 20, for clients that make their own
@@ -128,6 +130,12 @@ def nameFaults(file):
         names = [ln.name for (inst, _), ln in file.nodes.items() if inst == ld.get("inst")]
         if len(names) != len(ld) or "LLN0" not in names or "LPHD1" not in names:
             yield "logical nodes of %s" % ld.get("inst")
+    for (ld, name), element in file.elements.items():
+        if len((element.get("prefix") or "") + element.get("inst")) > LN_EXTRA_MAX:
+            yield "%s/%s: prefix and instance are too long" % (ld, name)
+    for do in file.root.iter("DO"):
+        if len(do.get("name")) > DO_NAME_MAX:
+            yield "data object name %s is too long" % do.get("name")
     for (ld, name), ln in file.nodes.items():
         for fc in ln.children:
             for do in fc.children:

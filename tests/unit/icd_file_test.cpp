@@ -81,6 +81,10 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"member", "doName=\"TotVAr\" fc=\"MX\"", "doName=\"TotVar\" fc=\"MX\"", "unknown member"},
         Fault{"limit", "<Val>1000000</Val>", "<Val>999999</Val>", "has the limits"},
         Fault{"word", "<Val>Watts</Val>", "<Val>kWatts</Val>", "kWatts is no word of SIUnit"},
+        Fault{"prefix", "prefix=\"lstMax\" lnClass=\"MSQI\"", "prefix=\"lastMax\" lnClass=\"MSQI\"",
+              "MSTAT/lastMaxMSQI1: prefix and instance are too long"},
+        Fault{"dataObject", "<DO name=\"ClrDmdLast\"", "<DO name=\"ClrDemLast1\"",
+              "data object name ClrDemLast1 is too long"},
         Fault{"private", "Private type=\"ORV_LocalConf\"", "Private type=\"LocalConf\"", "is ignored"}),
     [](const testing::TestParamInfo<Fault> &fault) { return fault.param.name; });
 

@@ -157,10 +157,10 @@ def demand():
 
 def statistics():
     lns = []
-    for month, when in (("now", "this"), ("last", "last")):
+    for month, short, when in (("now", "now", "this"), ("last", "lst", "last")):
         for kind, word in (("max", "Highest"), ("min", "Lowest")):
             at = "MON.rt.%s.%s." % (month, kind)
-            prefix = month + kind.capitalize()
+            prefix = short + kind.capitalize()
             desc = "%s of %s month" % (word, when)
             lns += [
                 basic(prefix, at, desc, deviation=False, perPhase=False),
@@ -172,7 +172,7 @@ def statistics():
                 ]),
             ]
         at = "MON.dmd.%s.max." % month
-        lns.append(Ln(month, "MSTA", "1", "Highest demand of %s month" % when, [
+        lns.append(Ln(short, "MSTA", "1", "Highest demand of %s month" % when, [
             mv("MaxVA", at + "TotVA", KVA, "Highest demand of apparent power"),
             mv("MaxW", at + "TotW", KW, "Highest demand of active power"),
             mv("MaxVAr", at + "TotVAr", KVAR, "Highest demand of reactive power"),

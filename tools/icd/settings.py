@@ -16,8 +16,10 @@ def integers(at, table):
     return [integer(name, at, *row) for name, *row in table]
 
 
-def percent(name, at, desc, low, high):
-    return Do(name, "ASG", at + name, desc, PERCENT, limits=(low, high, 1), typed=True)
+def percent(name, at, desc, low, high, parameter=None):
+    """`parameter` is the instrument's name where it is too long for a data object."""
+    saddr = at + (parameter or name)
+    return Do(name, "ASG", saddr, desc, PERCENT, limits=(low, high, 1), typed=True)
 
 
 def switch(name, at, desc, **more):
@@ -69,7 +71,7 @@ def calculation():
 
 def quality():
     dos = [switch("TransEna", SYS, "Transients are detected"),
-           percent("TransStrVar", SYS, "Start of a transient", 5, 500)]
+           percent("TrsStrVar", SYS, "Start of a transient", 5, 500, "TransStrVar")]
     dos += integers(SYS, (("TransTrg1", "Transient, first action", 0, 35),
                           ("TransTrg2", "Transient, second action", 0, 35)))
     dos += [switch("VarEna", SYS, "Voltage variations are detected"),

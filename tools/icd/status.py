@@ -8,12 +8,12 @@ FAULTS = (
     ("FlashFlt", "flashFlt", "Flash fault"), ("FramFlt", "framFlt", "FRAM fault"),
     ("SysParaFlt", "sysParaFlt", "System parameters faulty"),
     ("SpParaFlt", "spParaFlt", "Setpoint parameters faulty"),
-    ("SnapParaFlt", "snapParaFlt", "Snapshot parameters faulty"),
+    ("SnpParaFlt", "snapParaFlt", "Snapshot parameters faulty"),
     ("WavParaFlt", "wavParaFlt", "Waveform parameters faulty"),
     ("PqParaFlt", "pqParaFlt", "Power quality parameters faulty"),
     ("EngParaFlt", "engParaFlt", "Energy parameters faulty"),
     ("SecParaFlt", "secParaFlt", "Security parameters faulty"),
-    ("CommParaFlt", "commParaFlt", "Communication parameters faulty"),
+    ("ComParaFlt", "commParaFlt", "Communication parameters faulty"),
 )
 
 
@@ -69,10 +69,13 @@ def controls():
                     "sbo-with-normal-security") for n in (1, 2)]
     clear = [spc("ClrDIPls%d" % n, "CTL.ClrDIPls%d" % n, "Clear the pulses of digital input %d" % n)
              for n in range(1, 9)]
-    clear += [spc(name, "CTL." + name, "Clear " + what) for name, what in (
-        ("ClrEngBill", "the energy bills"), ("ClrMonRtNow", "the extremes of this month"),
-        ("ClrMonRtLast", "the extremes of last month"), ("ClrMonDmdNow", "the demands of this month"),
-        ("ClrMonDmdLast", "the demands of last month"), ("ClrAllLog", "all logs"))]
+    clear += [spc(name, "CTL." + saddr, "Clear " + what) for name, saddr, what in (
+        ("ClrEngBill", "ClrEngBill", "the energy bills"),
+        ("ClrRtNow", "ClrMonRtNow", "the extremes of this month"),
+        ("ClrRtLast", "ClrMonRtLast", "the extremes of last month"),
+        ("ClrDmdNow", "ClrMonDmdNow", "the demands of this month"),
+        ("ClrDmdLast", "ClrMonDmdLast", "the demands of last month"),
+        ("ClrAllLog", "ClrAllLog", "all logs"))]
     snaps = [spc("ClrSnap%d" % n, "CTL.ClrSnap%d" % n, "Clear snapshot group %d" % n)
              for n in range(1, 25)]
     return frame("CTRL", "Controls", [
