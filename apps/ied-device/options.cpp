@@ -12,7 +12,8 @@ int readOptions(int argc, const char *const *argv, Options *options) {
         "commands, and line commands on the standard input (\"help\" lists them)."};
     app.set_version_flag("--version", "ied-device " IED_VERSION);
     app.add_option("--instance", platformOptions.instance, "name behind the names of all shared objects")
-        ->type_name("NAME");
+        ->type_name("NAME")
+        ->check(instanceNameProblem);
     app.add_option("--speed", options->speed, "seconds of the instrument that pass in a second")
         ->type_name("FACTOR")
         ->check(CLI::Range(0.01, 1000.0));

@@ -55,12 +55,6 @@ std::string fieldList() {
     return out;
 }
 
-bool isInstanceName(const std::string &name) {
-    constexpr std::size_t longest = 64;
-    const char *allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.";
-    return name.size() <= longest && name.find_first_not_of(allowed) == std::string::npos;
-}
-
 void declareOptions(CLI::App *app, Options *options) {
     app->option_defaults()->always_capture_default(false);
     app->add_option("--icd", options->icd, "SCL file to serve, a path of this host")->type_name("PATH");
@@ -70,10 +64,7 @@ void declareOptions(CLI::App *app, Options *options) {
     app->add_option("--instance", platformOptions.instance,
                     "name of this instance: \".NAME\" ends the names of its shared objects")
         ->type_name("NAME")
-        ->check([](const std::string &name) {
-            return std::string(isInstanceName(name) ? ""
-                                                    : "up to 64 letters, digits, \"_\", \"-\" and \".\"");
-        });
+        ->check(instanceNameProblem);
     app->add_option("--set", options->settings, "sets a field of the configuration record; may be repeated")
         ->type_name("FIELD=VALUE")
         ->allow_extra_args(false);

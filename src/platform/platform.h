@@ -217,6 +217,10 @@ struct PlatformOptions {
 };
 extern PlatformOptions &platformOptions; // lives as long as the process, its end included
 
+// What is wrong with a name of an instance, which becomes a part of names of files; empty for a sound
+// one. The empty name is sound.
+std::string instanceNameProblem(const std::string &name);
+
 // Name of a shared object for this instance: "/sd_commdata" becomes "/sd_commdata.NAME".
 std::string sharedName(const char *name);
 

@@ -120,8 +120,10 @@ TEST_F(DeviceProcess, namesFileAndLineOfAWrongScriptAndDoesTheRest) {
 }
 
 TEST_F(DeviceProcess, refusesOptionsItDoesNotKnowOrCannotUse) {
-    for (const std::vector<std::string> &arguments :
-         {std::vector<std::string>{"--speed", "0"}, {"--spi"}, {"--script", "/no/such/file"}}) {
+    for (const std::vector<std::string> &arguments : {std::vector<std::string>{"--speed", "0"},
+                                                      {"--spi"},
+                                                      {"--script", "/no/such/file"},
+                                                      {"--instance", "a b", "--remove"}}) {
         std::vector<std::string> all = arguments;
         all.insert(all.begin(), test::binary("ied-device"));
         const auto result = test::run(all);
