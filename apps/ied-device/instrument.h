@@ -26,7 +26,7 @@ struct SharedObjects {
 const char *openSharedObjects(SharedObjects *shared);
 
 struct Flicker {
-    f64 depth[3] = {};               // sum over the running ten minutes
+    f64 severity[3] = {};            // sum over the seconds of the running ten minutes
     f64 history[3][shortTerms] = {}; // short-term severities, a ring
     u32 finished = 0;
     u32 samples = 0;

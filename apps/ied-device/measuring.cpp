@@ -66,9 +66,9 @@ void finishShortTerm(Instrument *instrument) {
     f64 shortTerm[3];
     f64 longTerm[3];
     for (int p = 0; p < 3; p++) {
-        shortTerm[p] = shortTermSeverity(flicker.depth[p] / flicker.samples, instrument->grid.flickerRate);
+        shortTerm[p] = flicker.severity[p] / flicker.samples;
         flicker.history[p][flicker.finished % shortTerms] = shortTerm[p];
-        flicker.depth[p] = 0;
+        flicker.severity[p] = 0;
         longTerm[p] = longTermSeverity({flicker.history[p], std::min<u32>(flicker.finished + 1, shortTerms)});
     }
     flicker.samples = 0;
@@ -84,7 +84,7 @@ void finishShortTerm(Instrument *instrument) {
 void addFlicker(Instrument *instrument, f64 seconds, bool delta) {
     const Phasors phasors = phasorsAt(instrument->grid, seconds, delta);
     for (int p = 0; p < 3; p++) {
-        instrument->flicker.depth[p] += phasors.flickerDepth[p];
+        instrument->flicker.severity[p] += shortTermSeverity(phasors.flickerDepth[p], phasors.flickerRate);
     }
     instrument->flicker.samples++;
 }

@@ -2,6 +2,7 @@
 // commands. The region is plain memory here.
 
 #include "ied-device/console.h"
+#include "ied-device/flicker.h"
 #include "ied-device/instrument.h"
 #include "ied-device/parameters.h"
 #include "ied-device/serverQueues.h"
@@ -150,6 +151,16 @@ TEST_F(InstrumentRegion, turnsToTheOtherWiringBeforeItsCounter) {
     EXPECT_NEAR(real(30172), 400, 20); // the channel of the fundamental is that of the line voltage
     EXPECT_EQ(arm(1), base + 1);
     EXPECT_EQ(flag(1), basic + 1);
+}
+
+TEST_F(InstrumentRegion, judgesFlickerSecondBySecond) {
+    line("drift off");
+    line("flicker 1 110");
+    step(300);
+    line("flicker 2 7");
+    step(300);
+    const f64 first = shortTermSeverity(1, 110), second = shortTermSeverity(2, 7);
+    EXPECT_NEAR(real(58640), (first + second) / 2, 1e-6);
 }
 
 TEST_F(InstrumentRegion, takesAnEditOrRefusesIt) {
