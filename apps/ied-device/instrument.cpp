@@ -25,9 +25,20 @@ void countMetered(Instrument *instrument, const Energies &before) {
 } // namespace
 
 void refreshRealTime(Instrument *instrument) {
-    if (!instrument->held) {
-        updateRealTime(instrument,
-                       measureAt(*instrument, methodOf(instrument->shared.region), instrument->seconds));
+    const Region region = instrument->shared.region;
+    const Method method = methodOf(region);
+    if (instrument->held) {
+        instrument->methodTouched |= method != instrument->method;
+        return;
+    }
+    const bool isNew = adoptMethod(instrument, method);
+    const Quantities quantities = measureAt(*instrument, method, instrument->seconds);
+    updateRealTime(instrument, quantities);
+    if (isNew) {
+        addToMonth(instrument);
+        addSample(&instrument->demand.running, demandSample(quantities));
+        showNewMethod(instrument);
+        readState(region, &instrument->state);
     }
 }
 
@@ -36,13 +47,14 @@ void stepInstrument(Instrument *instrument) {
     const Method method = methodOf(region);
     instrument->seconds += 1;
     instrument->steps++;
+    const bool isNew = adoptMethod(instrument, method);
     const Quantities quantities = measureAt(*instrument, method, instrument->seconds);
     const Energies before = instrument->energies;
     integrate(&instrument->energies, quantities, 1);
     countMetered(instrument, before);
     updateRealTime(instrument, quantities);
     addToMonth(instrument);
-    addFlicker(instrument, instrument->seconds, method.delta);
+    addFlicker(instrument, instrument->seconds);
     if (instrument->flicker.samples >= shortTermLength) {
         finishShortTerm(instrument);
     }
@@ -57,6 +69,9 @@ void stepInstrument(Instrument *instrument) {
     }
     if (instrument->steps % statisticsPace == 0 && instrument->extremesMoved) {
         writeThisMonth(instrument);
+    }
+    if (isNew) {
+        showNewMethod(instrument);
     }
     readState(region, &instrument->state);
 }

@@ -35,9 +35,11 @@ struct Flicker {
 struct Instrument {
     SharedObjects shared;
     Grid grid;
-    f64 seconds = 0;   // the instrument's clock, from the epoch; runs faster with a speed-up
-    u32 steps = 0;     // seconds lived
-    bool held = false; // nothing moves
+    f64 seconds = 0;            // the instrument's clock, from the epoch; runs faster with a speed-up
+    u32 steps = 0;              // seconds lived
+    bool held = false;          // nothing moves
+    Method method{};            // the one that the values below are of
+    bool methodTouched = false; // changed since, while held; perhaps back again
     Quantities quantities{};
     Energies energies{};
     DemandWindow demand;
@@ -58,8 +60,9 @@ void startInstrument(Instrument *instrument);
 // raises the change counters.
 void stepInstrument(Instrument *instrument);
 
-// Measures and writes the real-time block at once, with nothing integrated: after a change of the
-// state or of a parameter. Does nothing while held.
+// Measures and writes the real-time block at once, with nothing integrated: after a change of a
+// parameter. If it has changed how to measure, all that sums up or compares values begins anew and is
+// written too. While held nothing is written; the next step makes up for it.
 void refreshRealTime(Instrument *instrument);
 
 // Parameters of the measurement as they stand in the live area.

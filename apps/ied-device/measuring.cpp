@@ -6,6 +6,7 @@
 #include "ied-device/state.h"
 
 #include <algorithm>
+#include <array>
 
 namespace ied::instrument {
 
@@ -61,6 +62,72 @@ void updateRealTime(Instrument *instrument, const Quantities &quantities) {
     readState(region, &instrument->state);
 }
 
+namespace {
+
+void showFlicker(Region region, const f64 *shortTerm, const f64 *longTerm) {
+    const TimeStamp now = instrumentTime();
+    writeShortTerm(region, shortTerm, now);
+    raise(region, region::dspFlag, region::DspPst);
+    writeLongTerm(region, longTerm, now);
+    raise(region, region::dspFlag, region::DspPlt);
+}
+
+// Severity of each phase if it went on like this.
+std::array<f64, 3> severityAt(const Instrument &instrument, f64 seconds) {
+    const Phasors phasors = phasorsAt(instrument.grid, seconds, instrument.method.delta);
+    std::array<f64, 3> severity;
+    for (std::size_t p = 0; p < 3; p++) {
+        severity[p] = shortTermSeverity(phasors.flickerDepth[p], phasors.flickerRate);
+    }
+    return severity;
+}
+
+// The mean of a window, which is a demand of the month as well.
+void showDemand(Instrument *instrument, const DemandPeriod &window) {
+    const Region region = instrument->shared.region;
+    const TimeStamp now = instrumentTime();
+    writeDemand(region, window, now);
+    raise(region, region::dspFlag, region::DspDemand);
+    f64 means[QuantityCount];
+    for (int i = 0; i < QuantityCount; i++) {
+        means[i] = periodMean(window, i);
+    }
+    instrument->extremesMoved |= addToDemands(&instrument->thisMonth, means, instrument->method.delta, now);
+}
+
+} // namespace
+
+bool adoptMethod(Instrument *instrument, const Method &method) {
+    const Method before = instrument->method;
+    if (method == before && !instrument->methodTouched) {
+        return false;
+    }
+    instrument->method = method;
+    instrument->methodTouched = false;
+    instrument->demand = {};
+    restartExtremes(&instrument->thisMonth, before, method);
+    if (method.delta != before.delta) {
+        instrument->flicker = {};
+    }
+    return true;
+}
+
+void showNewMethod(Instrument *instrument) {
+    const Region region = instrument->shared.region;
+    if (instrument->flicker.finished == 0) {
+        const std::array<f64, 3> severity = severityAt(*instrument, instrument->seconds);
+        showFlicker(region, severity.data(), severity.data());
+    } else {
+        // The values stand; a reader that has dropped them in between takes them again.
+        raise(region, region::dspFlag, region::DspPst);
+        raise(region, region::dspFlag, region::DspPlt);
+    }
+    showDemand(instrument, instrument->demand.running);
+    predictDemand(instrument);
+    writeThisMonth(instrument);
+    writeLastMonth(instrument);
+}
+
 void finishShortTerm(Instrument *instrument) {
     Flicker &flicker = instrument->flicker;
     f64 shortTerm[3];
@@ -73,18 +140,13 @@ void finishShortTerm(Instrument *instrument) {
     }
     flicker.samples = 0;
     flicker.finished++;
-    const Region region = instrument->shared.region;
-    const TimeStamp now = instrumentTime();
-    writeShortTerm(region, shortTerm, now);
-    raise(region, region::dspFlag, region::DspPst);
-    writeLongTerm(region, longTerm, now);
-    raise(region, region::dspFlag, region::DspPlt);
+    showFlicker(instrument->shared.region, shortTerm, longTerm);
 }
 
-void addFlicker(Instrument *instrument, f64 seconds, bool delta) {
-    const Phasors phasors = phasorsAt(instrument->grid, seconds, delta);
-    for (int p = 0; p < 3; p++) {
-        instrument->flicker.severity[p] += shortTermSeverity(phasors.flickerDepth[p], phasors.flickerRate);
+void addFlicker(Instrument *instrument, f64 seconds) {
+    const std::array<f64, 3> severity = severityAt(*instrument, seconds);
+    for (std::size_t p = 0; p < 3; p++) {
+        instrument->flicker.severity[p] += severity[p];
     }
     instrument->flicker.samples++;
 }
@@ -102,28 +164,19 @@ void predictDemand(Instrument *instrument) {
 }
 
 void finishDemand(Instrument *instrument, u32 periods) {
-    const Region region = instrument->shared.region;
-    const DemandPeriod window = finishPeriod(&instrument->demand, periods);
-    const TimeStamp now = instrumentTime();
-    writeDemand(region, window, now);
-    raise(region, region::dspFlag, region::DspDemand);
-    f64 means[QuantityCount];
-    for (int i = 0; i < QuantityCount; i++) {
-        means[i] = periodMean(window, i);
-    }
-    instrument->extremesMoved |= addToDemands(&instrument->thisMonth, means, now);
+    showDemand(instrument, finishPeriod(&instrument->demand, periods));
 }
 
 void writeThisMonth(Instrument *instrument) {
     const Region region = instrument->shared.region;
-    writeExtremes(region, instrument->thisMonth, false);
+    writeExtremes(region, instrument->thisMonth, false, instrument->method.delta);
     raise(region, region::statThisMonth);
     instrument->extremesMoved = false;
 }
 
 void writeLastMonth(Instrument *instrument) {
     const Region region = instrument->shared.region;
-    writeExtremes(region, instrument->lastMonth, true);
+    writeExtremes(region, instrument->lastMonth, true, instrument->method.delta);
     raise(region, region::statLastMonth);
 }
 
@@ -143,7 +196,8 @@ void addToMonth(Instrument *instrument) {
     if (monthOf(now.sec) != instrument->month) {
         turnMonth(instrument, monthOf(now.sec));
     }
-    instrument->extremesMoved |= addToExtremes(&instrument->thisMonth, instrument->quantities.value, now);
+    instrument->extremesMoved |=
+        addToExtremes(&instrument->thisMonth, instrument->quantities.value, instrument->method.delta, now);
 }
 
 void writeEnergies(Instrument *instrument) {

@@ -20,8 +20,14 @@ DemandSettings demandSettings(Region region);
 Quantities measureAt(const Instrument &instrument, const Method &method, f64 seconds);
 
 void updateRealTime(Instrument *instrument, const Quantities &quantities);
+// Takes over a method. True if it is another than the one before: the demand window and, after a
+// change of the wiring, the flicker are empty then, and extremes that mean something else have been
+// forgotten.
+bool adoptMethod(Instrument *instrument, const Method &method);
+// Writes all that adoptMethod has begun anew; the demand window holds a sample again.
+void showNewMethod(Instrument *instrument);
 // One more second of the running ten minutes.
-void addFlicker(Instrument *instrument, f64 seconds, bool delta);
+void addFlicker(Instrument *instrument, f64 seconds);
 void finishShortTerm(Instrument *instrument);
 void finishDemand(Instrument *instrument, u32 periods);
 void predictDemand(Instrument *instrument);

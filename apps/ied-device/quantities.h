@@ -83,6 +83,8 @@ struct Method {
     bool scalarPower;    // total apparent power is the sum of the phases' ones
     u16 powerFactorSign; // 0 sign of the active power, 1 negative when lagging, 2 the reverse of 1
     bool reversed[3];    // current transformers connected the wrong way round
+
+    bool operator==(const Method &) const = default;
 };
 
 // Everything at once. Phase values that the wiring does not give are 0.

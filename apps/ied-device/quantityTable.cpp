@@ -1,5 +1,8 @@
 #include "ied-device/quantityTable.h"
 
+#include <array>
+#include <string_view>
+
 namespace ied::instrument {
 
 namespace {
@@ -159,10 +162,40 @@ constexpr FlickerRow longTerm[] = {
 };
 // clang-format on
 
+struct Wirings {
+    bool wye;
+    bool delta;
+    bool same; // the names of both
+};
+
+constexpr std::array<Wirings, QuantityCount> wirings = [] {
+    std::array<Wirings, QuantityCount> out{};
+    for (const QuantityRow &row : rows) {
+        const bool both = row.wyeName != nullptr && row.deltaName != nullptr;
+        out[row.quantity] = {row.wyeName != nullptr, row.deltaName != nullptr,
+                             both && std::string_view(row.wyeName) == row.deltaName};
+    }
+    return out;
+}();
+
+const Wirings &wiringsOf(int quantity) {
+    return wirings[static_cast<std::size_t>(quantity)];
+}
+
 } // namespace
 
 std::span<const QuantityRow> quantityRows() {
     return rows;
+}
+
+bool isGiven(int quantity, bool delta) {
+    const Wirings &given = wiringsOf(quantity);
+    return delta ? given.delta : given.wye;
+}
+
+bool isTwofold(int quantity) {
+    const Wirings &given = wiringsOf(quantity);
+    return given.wye && given.delta && !given.same;
 }
 
 const SpectrumRow &spectrumRow(int channel) {

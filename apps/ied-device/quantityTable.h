@@ -22,6 +22,11 @@ struct QuantityRow {
 };
 std::span<const QuantityRow> quantityRows();
 
+// Whether the wiring gives a value at all.
+bool isGiven(int quantity, bool delta);
+// Whether a value is one of the phases in wye and one of the lines in delta, at the same place.
+bool isTwofold(int quantity);
+
 // Distances between the copies of a value in a block.
 inline constexpr u32 demandLowest = 4;
 inline constexpr u32 demandHighest = 8;

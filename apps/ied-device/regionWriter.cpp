@@ -96,15 +96,16 @@ void writePredicted(Region region, const f64 *means, const TimeStamp &time) {
     }
 }
 
-void writeExtremes(Region region, const MonthExtremes &month, bool isLast) {
+void writeExtremes(Region region, const MonthExtremes &month, bool isLast, bool delta) {
     const u32 shift = isLast ? extremeLastMonth : 0;
     for (const QuantityRow &row : quantityRows()) {
+        const int place = extremePlace(row.quantity, delta);
         if (row.extreme != 0) {
-            storeExtreme(region, row.extreme + shift, month.highest[row.quantity]);
-            storeExtreme(region, row.extreme + shift + extremeLowest, month.lowest[row.quantity]);
+            storeExtreme(region, row.extreme + shift, month.highest[place]);
+            storeExtreme(region, row.extreme + shift + extremeLowest, month.lowest[place]);
         }
         if (row.maxDemand != 0) {
-            storeExtreme(region, row.maxDemand + shift, month.demand[row.quantity]);
+            storeExtreme(region, row.maxDemand + shift, month.demand[place]);
         }
     }
 }
@@ -118,20 +119,19 @@ Energies readEnergies(Region region) {
     return energies;
 }
 
-MonthExtremes readExtremes(Region region, bool isLast) {
+MonthExtremes readExtremes(Region region, bool isLast, bool delta) {
     MonthExtremes month{};
     const u32 shift = isLast ? extremeLastMonth : 0;
     for (const QuantityRow &row : quantityRows()) {
+        const int place = extremePlace(row.quantity, delta);
         if (row.extreme != 0) {
-            month.highest[row.quantity] = loadExtreme(region, row.extreme + shift);
-            month.lowest[row.quantity] = loadExtreme(region, row.extreme + shift + extremeLowest);
+            month.highest[place] = loadExtreme(region, row.extreme + shift);
+            month.lowest[place] = loadExtreme(region, row.extreme + shift + extremeLowest);
         }
         if (row.maxDemand != 0) {
-            month.demand[row.quantity] = loadExtreme(region, row.maxDemand + shift);
+            month.demand[place] = loadExtreme(region, row.maxDemand + shift);
         }
     }
-    month.any = month.highest[QHz].time.sec != 0;
-    month.anyDemand = month.demand[QTotW].time.sec != 0;
     return month;
 }
 

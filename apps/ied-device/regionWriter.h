@@ -17,11 +17,11 @@ void writeEnergy(Region region, const Energies &energies, const TimeStamp &time)
 void writeDemand(Region region, const DemandPeriod &window, const TimeStamp &time);
 // `means` by quantity.
 void writePredicted(Region region, const f64 *means, const TimeStamp &time);
-// Extremes of this month, or of the last one.
-void writeExtremes(Region region, const MonthExtremes &month, bool isLast);
+// Extremes of this month, or of the last one, as the wiring shows them.
+void writeExtremes(Region region, const MonthExtremes &month, bool isLast, bool delta);
 
 // What a restarted instrument finds of its former self.
 Energies readEnergies(Region region);
-MonthExtremes readExtremes(Region region, bool isLast);
+MonthExtremes readExtremes(Region region, bool isLast, bool delta);
 
 } // namespace ied::instrument

@@ -1,7 +1,7 @@
 #include "ied-device/serverQueues.h"
 
+#include "ied-device/measuring.h"
 #include "ied-device/parameters.h"
-#include "ied-device/regionWriter.h"
 
 #include <cstdio>
 #include <cstring>
@@ -71,16 +71,14 @@ void clearExtremes(Instrument *instrument, u32 command) {
     const bool isLast = command == ClearRtLast || command == ClearDmdLast;
     const bool demand = command == ClearDmdNow || command == ClearDmdLast;
     MonthExtremes &month = isLast ? instrument->lastMonth : instrument->thisMonth;
-    (demand ? month.anyDemand : month.any) = false;
-    for (int i = 0; i < QuantityCount; i++) {
+    for (int i = 0; i < extremePlaces; i++) {
         if (demand) {
             month.demand[i] = {};
         } else {
             month.highest[i] = month.lowest[i] = {};
         }
     }
-    writeExtremes(instrument->shared.region, month, isLast);
-    raise(instrument->shared.region, isLast ? region::statLastMonth : region::statThisMonth);
+    isLast ? writeLastMonth(instrument) : writeThisMonth(instrument);
 }
 
 void clearPulses(Instrument *instrument, u32 input) {

@@ -17,7 +17,7 @@ MonthExtremes pastExtremes(const Instrument &instrument, const Method &method, u
     MonthExtremes month{};
     for (u32 i = 0; i < pictures; i++) {
         const u32 at = from + static_cast<u32>(u64{to - from} * i / pictures);
-        addToExtremes(&month, measureAt(instrument, method, at).value, {at, 0, 10});
+        addToExtremes(&month, measureAt(instrument, method, at).value, method.delta, {at, 0, 10});
     }
     for (u32 i = 0; i < demands; i++) {
         const u32 at = from + static_cast<u32>(u64{to - from} * i / demands);
@@ -29,7 +29,7 @@ MonthExtremes pastExtremes(const Instrument &instrument, const Method &method, u
         for (int q = 0; q < QuantityCount; q++) {
             means[q] = periodMean(window, q);
         }
-        addToDemands(&month, means, {at + demandPictures * minute, 0, 10});
+        addToDemands(&month, means, method.delta, {at + demandPictures * minute, 0, 10});
     }
     return month;
 }
@@ -53,9 +53,9 @@ void fillDemand(Instrument *instrument, const Method &method) {
     finishDemand(instrument, settings.periods);
 }
 
-void fillFlicker(Instrument *instrument, const Method &method) {
+void fillFlicker(Instrument *instrument) {
     for (u32 i = shortTerms; i > 0; i--) {
-        addFlicker(instrument, instrument->seconds - static_cast<f64>(i) * shortTermLength, method.delta);
+        addFlicker(instrument, instrument->seconds - static_cast<f64>(i) * shortTermLength);
         finishShortTerm(instrument);
     }
 }
@@ -79,8 +79,9 @@ void fillFresh(Instrument *instrument) {
 void takeOver(Instrument *instrument) {
     const Region region = instrument->shared.region;
     instrument->energies = readEnergies(region);
-    instrument->thisMonth = readExtremes(region, false);
-    instrument->lastMonth = readExtremes(region, true);
+    const bool delta = methodOf(region).delta;
+    instrument->thisMonth = readExtremes(region, false, delta);
+    instrument->lastMonth = readExtremes(region, true, delta);
     if (monthOf(instrument->thisMonth.highest[QHz].time.sec) != instrument->month) {
         instrument->lastMonth = instrument->thisMonth; // the month has turned meanwhile
         instrument->thisMonth = {};
@@ -97,6 +98,7 @@ void startInstrument(Instrument *instrument) {
     instrument->month = monthOf(now.sec);
     isFresh ? fillFresh(instrument) : takeOver(instrument);
     const Method method = methodOf(region);
+    instrument->method = method;
     instrument->grid =
         usualGrid(method.ratedVolts * 1.005, method.ratedHertz,
                   0.55 * loadParameter(region, region::liveArea, findParameter("SET.sys.TAPri")));
@@ -107,7 +109,7 @@ void startInstrument(Instrument *instrument) {
     }
     const Quantities quantities = measureAt(*instrument, method, instrument->seconds);
     updateRealTime(instrument, quantities);
-    fillFlicker(instrument, method);
+    fillFlicker(instrument);
     fillDemand(instrument, method);
     predictDemand(instrument);
     constexpr f64 hour = 3600;

@@ -1,13 +1,16 @@
 #include "ied-device/statistics.h"
 
+#include "ied-device/methodChange.h"
+#include "ied-device/quantityTable.h"
+
 #include <ctime>
 
 namespace ied::instrument {
 
 namespace {
 
-bool exceed(Extreme *extreme, bool first, f64 value, bool upwards, const TimeStamp &time) {
-    if (!first && (upwards ? value <= extreme->value : value >= extreme->value)) {
+bool exceed(Extreme *extreme, f64 value, bool upwards, const TimeStamp &time) {
+    if (extreme->time.sec != 0 && (upwards ? value <= extreme->value : value >= extreme->value)) {
         return false;
     }
     *extreme = {value, time};
@@ -16,23 +19,41 @@ bool exceed(Extreme *extreme, bool first, f64 value, bool upwards, const TimeSta
 
 } // namespace
 
-bool addToExtremes(MonthExtremes *month, const f64 *values, const TimeStamp &time) {
+int extremePlace(int quantity, bool delta) {
+    return delta && isTwofold(quantity) ? QuantityCount + quantity : quantity;
+}
+
+bool addToExtremes(MonthExtremes *month, const f64 *values, bool delta, const TimeStamp &time) {
     bool moved = false;
-    for (int i = 0; i < QuantityCount; i++) {
-        moved |= exceed(&month->highest[i], !month->any, values[i], true, time);
-        moved |= exceed(&month->lowest[i], !month->any, values[i], false, time);
+    for (int q = 0; q < QuantityCount; q++) {
+        if (isGiven(q, delta)) {
+            const int place = extremePlace(q, delta);
+            moved |= exceed(&month->highest[place], values[q], true, time);
+            moved |= exceed(&month->lowest[place], values[q], false, time);
+        }
     }
-    month->any = true;
     return moved;
 }
 
-bool addToDemands(MonthExtremes *month, const f64 *means, const TimeStamp &time) {
+bool addToDemands(MonthExtremes *month, const f64 *means, bool delta, const TimeStamp &time) {
     bool moved = false;
-    for (int i = 0; i < QuantityCount; i++) {
-        moved |= exceed(&month->demand[i], !month->anyDemand, means[i], true, time);
+    for (int q = 0; q < QuantityCount; q++) {
+        if (isGiven(q, delta)) {
+            moved |= exceed(&month->demand[extremePlace(q, delta)], means[q], true, time);
+        }
     }
-    month->anyDemand = true;
     return moved;
+}
+
+void restartExtremes(MonthExtremes *month, const Method &before, const Method &after) {
+    for (int q = 0; q < QuantityCount; q++) {
+        if (meansOther(q, before, after)) {
+            for (const bool delta : {false, true}) {
+                const int place = extremePlace(q, delta);
+                month->highest[place] = month->lowest[place] = month->demand[place] = {};
+            }
+        }
+    }
 }
 
 int monthOf(u32 seconds) {

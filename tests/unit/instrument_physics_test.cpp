@@ -5,12 +5,16 @@
 #include "ied-device/energy.h"
 #include "ied-device/flicker.h"
 #include "ied-device/harmonics.h"
+#include "ied-device/measuring.h"
+#include "ied-device/methodChange.h"
 #include "ied-device/quantities.h"
 #include "ied-device/statistics.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
+#include <set>
+#include <vector>
 
 namespace ied::instrument {
 namespace {
@@ -245,7 +249,7 @@ TEST(Statistics, keepTheMomentOfEachExtreme) {
     const f64 course[] = {5, -2, 9, 9, 1};
     for (u32 i = 0; i < 5; i++) {
         values[QHz] = course[i];
-        EXPECT_EQ(addToExtremes(&month, values, {100 + i, 0, 10}), i < 3);
+        EXPECT_EQ(addToExtremes(&month, values, false, {100 + i, 0, 10}), i < 3);
     }
     EXPECT_EQ(month.highest[QHz].value, 9);
     EXPECT_EQ(month.highest[QHz].time.sec, 102u);
@@ -254,6 +258,76 @@ TEST(Statistics, keepTheMomentOfEachExtreme) {
     EXPECT_EQ(monthStart(monthOf(1709210096)), 1706745600u); // 2024-02-29 belongs to February
     EXPECT_EQ(monthOf(monthStart(655)), 655);
     EXPECT_EQ(monthOf(monthStart(655) - 1), 654);
+}
+
+TEST(Statistics, keepPhasesAndLinesApart) {
+    MonthExtremes month{};
+    f64 values[QuantityCount] = {};
+    values[QPhV] = 230;
+    values[QThdV] = 0.2;
+    values[QHz] = 50;
+    addToExtremes(&month, values, false, {100, 0, 10});
+    values[QPhV] = 0; // three wires do not give it
+    values[QThdV] = 0.03;
+    values[QHz] = 49;
+    addToExtremes(&month, values, true, {101, 0, 10});
+    EXPECT_EQ(month.lowest[QPhV].value, 230);
+    EXPECT_EQ(month.lowest[extremePlace(QThdV, false)].value, 0.2);
+    EXPECT_EQ(month.highest[extremePlace(QThdV, true)].value, 0.03);
+    EXPECT_EQ(month.lowest[QHz].value, 49);
+}
+
+// Values that a parameter moves at any of several loads, in any wiring.
+std::set<int> movedBy(const Method &other) {
+    std::set<int> moved;
+    for (const f64 angle : {0.5, -0.5, 2.5, -2.5}) {
+        for (const bool delta : {false, true}) {
+            Instrument instrument;
+            instrument.grid = testGrid();
+            instrument.grid.interVoltage = instrument.grid.interCurrent = 0.002;
+            for (Load &load : instrument.grid.load) {
+                load.angle = angle;
+            }
+            Method before = wyeMethod;
+            Method after = other;
+            before.delta = after.delta = delta;
+            const Quantities a = measureAt(instrument, before, 12345);
+            const Quantities b = measureAt(instrument, after, 12345);
+            for (int q = 0; q < QuantityCount; q++) {
+                if (a.value[q] != b.value[q]) {
+                    moved.insert(q);
+                }
+            }
+        }
+    }
+    return moved;
+}
+
+TEST(MethodChange, isToldForEachValueThatItMoves) {
+    std::vector<Method> others(7, wyeMethod);
+    others[0].ratedVolts = 240;
+    others[1].ratedHertz = 60;
+    others[2].rmsBase = true;
+    others[3].scalarPower = true;
+    others[4].powerFactorSign = 1;
+    others[5].powerFactorSign = 2;
+    others[6].absoluteVolts = others[6].absoluteAmperes = true; // spectra alone
+    for (const Method &other : others) {
+        const std::set<int> moved = movedBy(other);
+        for (int q = 0; q < QuantityCount; q++) {
+            EXPECT_EQ(meansOther(q, wyeMethod, other), moved.count(q) == 1)
+                << "method " << &other - others.data() << " quantity " << q;
+        }
+    }
+    std::set<int> moved; // each transformer moves its phase and the totals
+    Method reversed[3] = {wyeMethod, wyeMethod, wyeMethod};
+    for (int p = 0; p < 3; p++) {
+        reversed[p].reversed[p] = true;
+        moved.merge(movedBy(reversed[p]));
+    }
+    for (int q = 0; q < QuantityCount; q++) {
+        EXPECT_EQ(meansOther(q, wyeMethod, reversed[1]), moved.count(q) == 1) << "quantity " << q;
+    }
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "ied-device/flicker.h"
 #include "ied-device/instrument.h"
 #include "ied-device/parameters.h"
+#include "ied-device/quantityTable.h"
 #include "ied-device/serverQueues.h"
 
 #include <cmath>
@@ -23,12 +24,16 @@ class InstrumentRegion : public testing::Test {
         ASSERT_NE(memory, MAP_FAILED);
         area.base = static_cast<u8 *>(memory);
         mutex = semMCreate(semQPriority);
+        heldClockStart(now(), false);
         start();
     }
     void TearDown() override {
+        heldClockStop();
         semDelete(mutex);
         munmap(area.base, regionSize);
     }
+
+    virtual u32 now() const { return 1710500000; } // 2024-03-15
 
     void start() {
         unit = std::make_unique<Instrument>();
@@ -151,6 +156,118 @@ TEST_F(InstrumentRegion, turnsToTheOtherWiringBeforeItsCounter) {
     EXPECT_NEAR(real(30172), 400, 20); // the channel of the fundamental is that of the line voltage
     EXPECT_EQ(arm(1), base + 1);
     EXPECT_EQ(flag(1), basic + 1);
+}
+
+// What is shown as good in wye after any past: demand, its extremes and those of the month agree.
+void expectConsistentWye(Region area) {
+    const auto real = [&](u32 place) { return f64{loadAt<f32>(area, place)}; };
+    for (const QuantityRow &row : quantityRows()) {
+        if (row.demand == 0) {
+            continue;
+        }
+        const f64 slack = 1e-5 * std::fabs(real(row.demand)) + 1e-6;
+        EXPECT_LE(real(row.demand + demandLowest), real(row.demand) + slack) << row.wyeName;
+        EXPECT_GE(real(row.demand + demandHighest), real(row.demand) - slack) << row.wyeName;
+        if (row.extreme != 0) {
+            EXPECT_LE(real(row.extreme + extremeLowest), real(row.demand + demandLowest)) << row.wyeName;
+            EXPECT_GE(real(row.extreme), real(row.demand + demandHighest)) << row.wyeName;
+        }
+    }
+    for (const u32 first : {16647200u, 16647248u}) { // active and reactive power
+        EXPECT_NEAR(real(first) + real(first + 12) + real(first + 24), real(first + 36),
+                    1e-5 * std::fabs(real(first + 36)));
+    }
+    for (u32 phase = 0; phase < 3; phase++) {
+        EXPECT_GT(real(16647032 + 12 * phase + demandLowest), 220) << phase;
+        EXPECT_GT(real(37310888 + 16 * phase + extremeLowest), 220) << phase;
+    }
+}
+
+TEST_F(InstrumentRegion, mixesNothingOfBothWiringsAfterACycle) {
+    line("harmonic voltage 3 20"); // of zero sequence: no line voltage has it
+    step(100);
+    constexpr u32 thd = 37311192; // highest of the month, of A or of AB
+    EXPECT_GT(real(thd), 0.19);
+    for (const char *wiring : {"wiring delta", "wiring wye"}) {
+        const u32 pst = flag(8), plt = flag(9), demand = flag(17), predicted = flag(18);
+        const u32 month = load(area, region::statThisMonth), last = load(area, region::statLastMonth);
+        line(wiring);
+        EXPECT_GT(flag(8), pst);
+        EXPECT_GT(flag(9), plt);
+        EXPECT_EQ(flag(17), demand + 1);
+        EXPECT_EQ(flag(18), predicted + 1);
+        EXPECT_EQ(load(area, region::statThisMonth), month + 1);
+        EXPECT_EQ(load(area, region::statLastMonth), last + 1);
+        EXPECT_NEAR(real(58640), shortTermSeverity(0.35, 110), 0.1);
+        EXPECT_EQ(real(58640), real(58668));
+        EXPECT_NEAR(real(16647236), real(21576), 1); // the demand begins with what is there
+        EXPECT_NEAR(real(16647548), real(21980), 1e-6);
+        if (loadAt<u16>(area, 700) == 1) {
+            EXPECT_NEAR(real(16647404), real(21400) / (std::sqrt(3.0) * 230) - 1, 1e-5);
+            step(20);
+            EXPECT_LT(real(thd), 0.1);
+            EXPECT_GE(real(thd), real(21980));
+            EXPECT_EQ(real(thd + extremeLastMonth), 0); // nobody has measured it
+        }
+    }
+    expectConsistentWye(area);
+    EXPECT_GT(real(thd), 0.19);
+    step(75);
+    expectConsistentWye(area);
+}
+
+TEST_F(InstrumentRegion, noticesWhileHeldThatTheWiringWentForthAndBack) {
+    line("hold");
+    line("wiring delta");
+    line("wiring wye");
+    const u32 pst = flag(8), demand = flag(17);
+    line("resume");
+    step(1);
+    EXPECT_EQ(flag(8), pst + 1);
+    EXPECT_EQ(flag(17), demand + 1);
+    step(1);
+    EXPECT_EQ(flag(17), demand + 1);
+}
+
+TEST_F(InstrumentRegion, startsDemandAnewWithAnotherFormOfTheSpectra) {
+    constexpr u32 third = 16647836 + 96; // order 3 of the first channel
+    step(100);
+    const u32 demand = flag(17);
+    const f64 highest = real(37310888), pst = real(58640);
+    const u32 seen = loadAt<u32>(area, 37310888 + 4);
+    line("set SET.sys.ClcHV 1");
+    EXPECT_EQ(flag(17), demand + 1);
+    EXPECT_NEAR(real(21724 + 4), real(30172), 1e-3); // volts
+    EXPECT_NEAR(real(third), real(21724 + 12), 1e-6);
+    step(70);
+    EXPECT_NEAR(real(third + demandLowest), real(21724 + 12), 0.2 * real(21724 + 12));
+    EXPECT_NEAR(real(third + demandHighest), real(21724 + 12), 0.2 * real(21724 + 12));
+    EXPECT_GE(real(37310888), highest); // the voltage itself is the same
+    EXPECT_LE(seen, loadAt<u32>(area, 37310888 + 4));
+    EXPECT_EQ(real(58640), pst);
+    expectConsistentWye(area);
+}
+
+TEST_F(InstrumentRegion, forgetsExtremesThatMeanSomethingElse) {
+    struct Case {
+        const char *parameter;
+        u32 moved; // highest of the month
+        u32 now;
+        u32 stays;
+    };
+    step(20);
+    for (const Case &c :
+         {Case{"SET.sys.ClcHRat", 37311240, 24636, 37311112},   // THD of a current; active power
+          Case{"SET.sys.PFSign", 37311160, 21588, 37311144},    // power factor; apparent power
+          Case{"SET.sys.IbSign", 37311112, 21576, 37311064}}) { // active power; current
+        const f64 stays = real(c.stays);
+        line(std::string("set ") + c.parameter + " 1");
+        EXPECT_EQ(real(c.moved), real(c.now)) << c.parameter;
+        EXPECT_EQ(real(c.moved + extremeLowest), real(c.now)) << c.parameter;
+        EXPECT_GE(real(c.stays), stays) << c.parameter;
+        EXPECT_NE(real(c.stays + extremeLowest), real(c.stays)) << c.parameter;
+    }
+    EXPECT_EQ(real(37312168), real(21576)); // highest demand of active power
 }
 
 TEST_F(InstrumentRegion, judgesFlickerSecondBySecond) {
