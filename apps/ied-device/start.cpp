@@ -9,41 +9,55 @@ namespace ied::instrument {
 
 namespace {
 
-// What the instrument would have seen between two moments.
-MonthExtremes pastExtremes(const Instrument &instrument, const Method &method, u32 from, u32 to) {
+// What the instrument would have seen in the seconds from `first` to `last` of a month.
+MonthExtremes pastExtremes(const Instrument &instrument, const Method &method, u32 first, u32 last) {
     constexpr u32 pictures = 200;
     constexpr u32 demands = 10;
-    constexpr u32 demandPictures = 15;
+    constexpr u32 window = 15; // minutes
     MonthExtremes month{};
+    const auto see = [&](u32 at) {
+        const Quantities quantities = measureAt(instrument, method, at);
+        addToExtremes(&month, quantities.value, method.delta, {at, 0, 10});
+        return quantities;
+    };
     for (u32 i = 0; i < pictures; i++) {
-        const u32 at = from + static_cast<u32>(u64{to - from} * i / pictures);
-        addToExtremes(&month, measureAt(instrument, method, at).value, method.delta, {at, 0, 10});
+        see(first + static_cast<u32>(u64{last - first} * i / pictures));
     }
-    for (u32 i = 0; i < demands; i++) {
-        const u32 at = from + static_cast<u32>(u64{to - from} * i / demands);
-        DemandPeriod window;
+    for (u32 i = 1; i <= demands; i++) {
+        const u32 end = first + static_cast<u32>(u64{last - first} * i / demands);
+        if (end - first < window * minute) {
+            continue;
+        }
+        DemandPeriod period;
         f64 means[QuantityCount];
-        for (u32 k = 0; k < demandPictures; k++) {
-            addSample(&window, demandSample(measureAt(instrument, method, at + k * minute)));
+        for (u32 k = 0; k < window; k++) {
+            addSample(&period, demandSample(see(end - k * minute)));
         }
         for (int q = 0; q < QuantityCount; q++) {
-            means[q] = periodMean(window, q);
+            means[q] = periodMean(period, q);
         }
-        addToDemands(&month, means, method.delta, {at + demandPictures * minute, 0, 10});
+        addToDemands(&month, means, method.delta, {end, 0, 10});
     }
     return month;
 }
 
+// A picture of a moment before the start, which its month has seen as well.
+void addPast(Instrument *instrument, const Method &method, u32 at) {
+    const Quantities quantities = measureAt(*instrument, method, at);
+    MonthExtremes &month = monthOf(at) == instrument->month ? instrument->thisMonth : instrument->lastMonth;
+    addSample(&instrument->demand.running, demandSample(quantities));
+    addToExtremes(&month, quantities.value, method.delta, {at, 0, 10});
+}
+
 // The periods before the start, each from sixty pictures that stand for its seconds.
-void fillDemand(Instrument *instrument, const Method &method) {
+void fillDemand(Instrument *instrument, const Method &method, u32 start) {
     const DemandSettings settings = demandSettings(instrument->shared.region);
     const u32 each = settings.length / minute;
     for (u32 i = settings.periods; i > 0; i--) {
-        const f64 begin = instrument->seconds - static_cast<f64>(i) * settings.length;
-        DemandPeriod &period = instrument->demand.running;
         for (u32 k = 0; k < minute; k++) {
-            addSample(&period, demandSample(measureAt(*instrument, method, begin + k * each)));
+            addPast(instrument, method, start - i * settings.length + k * each);
         }
+        DemandPeriod &period = instrument->demand.running;
         period.count *= each;
         std::for_each(period.sum.begin(), period.sum.end(), [each](f64 &sum) { sum *= each; });
         if (i > 1) {
@@ -104,13 +118,14 @@ void startInstrument(Instrument *instrument) {
                   0.55 * loadParameter(region, region::liveArea, findParameter("SET.sys.TAPri")));
     if (isFresh) {
         const u32 start = monthStart(instrument->month);
-        instrument->lastMonth = pastExtremes(*instrument, method, monthStart(instrument->month - 1), start);
-        instrument->thisMonth = pastExtremes(*instrument, method, start, std::max(now.sec, start + 1));
+        instrument->lastMonth =
+            pastExtremes(*instrument, method, monthStart(instrument->month - 1), start - 1);
+        instrument->thisMonth = pastExtremes(*instrument, method, start, now.sec);
     }
     const Quantities quantities = measureAt(*instrument, method, instrument->seconds);
     updateRealTime(instrument, quantities);
     fillFlicker(instrument);
-    fillDemand(instrument, method);
+    fillDemand(instrument, method, now.sec);
     predictDemand(instrument);
     constexpr f64 hour = 3600;
     integrate(&instrument->energies, quantities, isFresh ? 2000 * hour : 0); // registers of a used instrument

@@ -340,6 +340,50 @@ TEST_F(InstrumentRegion, goesOnWhereAFormerInstrumentStopped) {
     EXPECT_EQ(loadAt<u8>(area, 16654038), 4);
 }
 
+// The past that a start makes up: the month has seen all that the demand window has, and nothing is of
+// a time to come or of another month.
+class InstrumentStart : public InstrumentRegion, public testing::WithParamInterface<u32> {
+  protected:
+    static constexpr u32 begin = 1709251200; // 2024-03-01
+    u32 now() const override { return begin + GetParam(); }
+};
+
+TEST_P(InstrumentStart, makesUpAPastThatAgrees) {
+    for (const QuantityRow &row : quantityRows()) {
+        const auto expectTime = [&](u32 place) {
+            const u32 seen = loadAt<u32>(area, place + 4);
+            EXPECT_TRUE(seen >= begin && seen <= now()) << row.wyeName << " " << seen;
+            const u32 last = loadAt<u32>(area, place + extremeLastMonth + 4);
+            EXPECT_TRUE(last < begin && last >= begin - 29 * 86400) << row.wyeName << " " << last;
+        };
+        if (row.maxDemand != 0) {
+            expectTime(row.maxDemand);
+        }
+        if (row.extreme == 0) {
+            continue;
+        }
+        expectTime(row.extreme);
+        expectTime(row.extreme + extremeLowest);
+        // A window that reaches over the turn of the month has seen both.
+        const bool reaches = GetParam() < 15 * 60;
+        const f64 lastHigh = real(row.extreme + extremeLastMonth);
+        const f64 lastLow = real(row.extreme + extremeLastMonth + extremeLowest);
+        const f64 high = std::max<f64>(real(row.extreme), reaches ? lastHigh : -HUGE_VAL);
+        const f64 low = std::min<f64>(real(row.extreme + extremeLowest), reaches ? lastLow : HUGE_VAL);
+        EXPECT_GE(high, real(row.demand + demandHighest)) << row.wyeName;
+        EXPECT_LE(low, real(row.demand + demandLowest)) << row.wyeName;
+        if (row.maxDemand != 0) {
+            EXPECT_LE(real(row.maxDemand), high) << row.wyeName;
+            EXPECT_LE(real(row.maxDemand + extremeLastMonth), lastHigh) << row.wyeName;
+            EXPECT_GE(real(row.maxDemand), real(row.demand)) << row.wyeName;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(SecondsOfTheMonth, InstrumentStart,
+                         testing::Values(0, 1, 400, 899, 900, 5000, 10 * 3600, 20 * 86400),
+                         testing::PrintToStringParamName());
+
 TEST_F(InstrumentRegion, followsItsLineCommands) {
     line("drift off");
     line("load A 50 0.8");
