@@ -131,12 +131,16 @@ const char *parsedFile() {
 }
 
 void start(void *, const char *name, const char **atts) {
-    if (state.lacking != 0 || !poolHas(elementSize(name, atts))) {
-        return;
-    }
     const unsigned long line = state.parser != nullptr ? XML_GetCurrentLineNumber(state.parser) : 0;
     if (Depth >= maxElementDepth) {
-        sclFault(line, "element \"%.100s\" is nested deeper than %d elements", name, maxElementDepth);
+        if (Depth++ == maxElementDepth) {
+            dbInfoRaw("%s : We leave out %.100s at line %lu, it is nested deeper than %d elements\n", "start",
+                      name, line, maxElementDepth);
+        }
+        return;
+    }
+    if (state.lacking != 0 || !poolHas(elementSize(name, atts))) {
+        return;
     }
     auto *node =
         static_cast<tree_node *>(sclAlloc(sizeof(tree_node), "start", "Malloc for tree_node failed!\r\n"));
@@ -161,6 +165,10 @@ void start(void *, const char *name, const char **atts) {
 }
 
 void end(void *, const char *) {
+    if (Depth > maxElementDepth) {
+        --Depth;
+        return;
+    }
     if (state.lacking != 0 || !poolHas(roundToWord(static_cast<u32>(state.textLength + 1)))) {
         return;
     }
@@ -177,7 +185,8 @@ void end(void *, const char *) {
 }
 
 void dataHandler(void *, const char *s, int len) {
-    if (state.lacking != 0 || s == nullptr || len <= 0 || (len == 1 && *s == '\n')) {
+    if (Depth > maxElementDepth || state.lacking != 0 || s == nullptr || len <= 0 ||
+        (len == 1 && *s == '\n')) {
         return;
     }
     if (currNode->child != nullptr) {

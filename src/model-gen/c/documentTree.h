@@ -19,7 +19,8 @@ struct tree_node {
     tree_node *sibling; // next under the same parent, in document order
 };
 
-// Elements may nest this deep, so that no walk of the tree runs out of stack.
+// Elements that nest deeper are left out with a message each, with all that they hold: so no walk of
+// the tree runs out of stack, and no element that nobody reads keeps a file from being served.
 inline constexpr int maxElementDepth = 64;
 
 // The element being read, how many are open, and the document element.
