@@ -98,6 +98,10 @@ struct ExternGlbCfg {
 
 extern ExternGlbCfg externGlbCfg;
 
+// Least and greatest size of the model's pool, in bytes.
+inline constexpr u32 modelPoolLeast = 0x10000;
+inline constexpr u32 modelPoolMost = 0x7FFFFFFF;
+
 // Bytes of the model's pool and whether the icd path is one of the host: the two things that the
 // host's command line says and the record does not hold.
 struct HostModelOptions {

@@ -70,7 +70,7 @@ void declareOptions(CLI::App *app, Options *options) {
         ->allow_extra_args(false);
     app->add_option("--model-pool", options->modelPool, "octets of the model's memory pool")
         ->type_name("BYTES")
-        ->check(CLI::Range(0x10000U, 0x7FFFFFFFU));
+        ->check(CLI::Range(modelPoolLeast, modelPoolMost));
     app->add_option("--bind", platformOptions.bindAddress, "IPv4 address to listen on (default: any)")
         ->type_name("ADDRESS")
         ->check([](const std::string &address) {

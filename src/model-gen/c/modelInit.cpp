@@ -1,5 +1,6 @@
 // The way from an SCL file to a model that is ready to be bound.
 #include "DebugInfo/DebugInfo.h"
+#include "device/externGlbCfg.h"
 #include "model-gen/c/documentTree.h"
 #include "model-gen/c/modelBuild.h"
 #include "model-gen/c/modelIndex.h"
@@ -47,11 +48,13 @@ void build(const char *path) {
 
 [[noreturn]] void poolFault(u32 poolSize) {
     std::fprintf(stderr, "No more space for model gen!\r\n");
-    faultDetail(0,
-                "the model does not fit its pool of %u bytes; raise it with --model-pool, for example "
-                "--model-pool %llu",
-                poolSize, 2ULL * poolSize);
-    processExit(-1);
+    if (poolSize >= modelPoolMost) {
+        sclFault(0, "the model does not fit its pool of %u bytes, and none can be larger", poolSize);
+    }
+    sclFault(0,
+             "the model does not fit its pool of %u bytes; raise it with --model-pool, for example "
+             "--model-pool %u",
+             poolSize, poolSize < modelPoolMost / 2 ? 2 * poolSize : modelPoolMost);
 }
 
 } // namespace
