@@ -214,6 +214,28 @@ TEST(ModelBuild, AnEnumerationWordThatIsNoneIsLoggedOnce) {
     EXPECT_EQ(session.log().substr(session.log().find('\n') + 1), line);
 }
 
+TEST(ModelBuild, AnUnknownTypeIsToldForEveryNode) {
+    SclSession session;
+    testing::internal::CaptureStderr();
+    session.build(ln0File("<DO name=\"O\" type=\"D\"/><DO name=\"P\" type=\"D\"/>",
+                          "<DOType id=\"D\" cdc=\"SPS\"><DA name=\"a\" fc=\"ST\" bType=\"INT24\"/>"
+                          "<DA name=\"b\" fc=\"ST\" bType=\"INT8\"/></DOType>"));
+    const std::string line = "getNodeType : INT24 \r\n";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), line + line);
+}
+
+// A node without data objects searches for nothing.
+TEST(ModelBuild, TwoDevicesOfOneNameMayHaveDifferentNodesWithoutObjects) {
+    SclSession session;
+    session.build(sclDocument(sclDevice("") + "<LDevice inst=\"L\"><LN0 lnClass=\"LLN0\" lnType=\"T0\"/>"
+                                              "<LN lnClass=\"GGIO\" inst=\"1\" lnType=\"T0\">"
+                                              "<LogControl name=\"l\"/></LN></LDevice>",
+                              "<LNodeType id=\"T0\"/>"));
+    EXPECT_EQ(childNames(""), "IL IL");
+    EXPECT_NE(lds.child->sibling, nullptr);
+    EXPECT_EQ(std::string(lds.child->sibling->child->name), "GGIO1");
+}
+
 TEST(ModelBuild, NamesLeaveOutWhatDoesNotFit) {
     EXPECT_STREQ(joinName({"pre", "GGIO", "1"}).text, "preGGIO1");
     const std::string prefix(28, 'p');
@@ -300,12 +322,16 @@ std::string wideFile(int n) {
         dos += "<DO name=\"d" + k + "\" type=\"t" + k + "\"/>";
         types += "<DOType id=\"t" + k +
                  "\" cdc=\"SPS\"><DA name=\"v\" fc=\"ST\" bType=\"Enum\" type=\"e\"/>"
+                 "<DA name=\"u\" fc=\"ST\" bType=\"Enum\" type=\"e\"><Val>none</Val></DA>"
                  "<DA name=\"s\" fc=\"MX\" bType=\"Struct\" type=\"a" +
                  k +
                  "\"/></DOType>"
                  "<DAType id=\"a" +
                  k + "\"><BDA name=\"x\" bType=\"INT8\"/></DAType>";
         vals += "<EnumVal ord=\"" + k + "\">w" + k + "</EnumVal>";
+    }
+    for (int i = 0; i < n; ++i) {
+        types += "<EnumType id=\"" + std::string(i % 2 == 0 ? "e" : "f" + std::to_string(i)) + "\"/>";
     }
     return ln0File(dos, types + "<EnumType id=\"e\">" + vals + "</EnumType>", dois);
 }
@@ -416,6 +442,18 @@ const FaultCase faults[] = {
      ":3: logical node IL/LLN0: there is no LNodeType with id \"T0\""},
     {"noLN0", sclDocument("\n<LDevice inst=\"L\"/>", ""), "modelGetLNAttr : Get LNodeType error! \n",
      ":4: LDevice IL has no LN0"},
+    {"noLN0OfASecondDevice",
+     sclDocument("\n" + sclDevice("") + "\n<LDevice inst=\"L\"/>", "<LNodeType id=\"T0\"/>"),
+     "modelGetLNAttr : Get LNodeType error! \n", ":6: LDevice IL has no LN0"},
+    {"twoDevicesOfOneName",
+     sclDocument("\n" + sclDevice("") +
+                     "\n<LDevice inst=\"L\"><LN0 lnClass=\"LLN0\" lnType=\"T0\"/><LN lnClass=\"GGIO\" "
+                     "inst=\"1\" lnType=\"T\"/></LDevice>",
+                 "<LNodeType id=\"T0\"/><LNodeType id=\"T\">" + oneObject +
+                     "</LNodeType><DOType id=\"D\" cdc=\"SPS\"/>"),
+     "getDOI : Get LN error! \n",
+     ":6: LDevice at line 6 has the same name \"IL\" as the one at line 4, which has no LN of the name "
+     "\"GGIO1\""},
     {"doType", ln0File(oneObject, ""), "modelGetLNAttr : Get DOType error! \n",
      ":7: IL/LLN0\\$..\\$O: there is no DOType with id \"D\""},
     {"sdoType", ln0File(oneObject, "\n<DOType id=\"D\" cdc=\"WYE\"><SDO name=\"s\"/></DOType>"),

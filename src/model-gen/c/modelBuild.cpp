@@ -56,6 +56,16 @@ void expandDO(GenNode *lnNode, scl::LN *instance, scl::DO *dataObject) {
     }
 }
 
+// Line of the LDevice that holds `ln0`; its name may be another one's too.
+u32 lineOfDevice(const scl::LN *ln0) {
+    for (const scl::LDevice &device : records<&scl::LDevice::link>(LDeviceHead)) {
+        if (&device.LN0 == ln0) {
+            return device.line;
+        }
+    }
+    return 0;
+}
+
 GenNode *makeLN(GenNode *ldNode, scl::LN *ln) {
     return makeChild(ldNode, lnName(ln).text, nullptr, TypeInner, LevelLN);
 }
@@ -173,12 +183,12 @@ void modelGetLNAttr(GenNode *lnNode, scl::LN *ln) {
     if (type == nullptr) {
         dbInfoRaw("%s : Get LNodeType error! \n", "modelGetLNAttr");
         if (ln->line == 0) {
-            sclFault(getLDevice(lnNode->parent->name)->line, "LDevice %s has no LN0", lnNode->parent->name);
+            sclFault(lineOfDevice(ln), "LDevice %s has no LN0", lnNode->parent->name);
         }
         sclFault(ln->line, "logical node %s: there is no LNodeType with id \"%.60s\"",
                  nodePath(lnNode).c_str(), shownText(ln->lnType));
     }
-    scl::LN *instance = getInstanceLN(lnNode);
+    scl::LN *instance = listEmpty(&type->dos) ? nullptr : getInstanceLN(lnNode);
     for (scl::DO &dataObject : records<&scl::DO::link>(type->dos)) {
         expandDO(lnNode, instance, &dataObject);
     }

@@ -15,12 +15,17 @@ bool isStruct(const char *bType) {
     return bType != nullptr && std::strcmp(bType, "Struct") == 0;
 }
 
-// Code of a DA's or BDA's type, looked up once a record.
+// Code of a DA's or BDA's type, looked up once a record, but for unknown types: those are told for
+// every node.
 template <class T> u8 typeCode(T *attribute) {
-    if (attribute->nodeType == 0) {
-        attribute->nodeType = getNodeType(attribute->bType);
+    if (attribute->nodeType != 0) {
+        return attribute->nodeType;
     }
-    return attribute->nodeType;
+    const u8 code = getNodeType(attribute->bType);
+    if (code != TypeInner || isStruct(attribute->bType)) {
+        attribute->nodeType = code;
+    }
+    return code;
 }
 
 // Type of a structure, found once a record; null for an unknown one.

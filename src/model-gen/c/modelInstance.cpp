@@ -23,6 +23,47 @@ char *enumText(const char *digits, const char *funcName) {
     return value;
 }
 
+// Instances are found by name, so the first LDevice of a name hides the logical nodes of a further one.
+void refuseNamesake(const scl::LDevice *first, const char *lnNodeName) {
+    for (scl::LDevice &device : records<&scl::LDevice::link>(LDeviceHead)) {
+        if (&device != first && std::strcmp(device.nodeName.text, first->nodeName.text) == 0 &&
+            getLN(&device, lnNodeName) != nullptr) {
+            sclFault(device.line,
+                     "LDevice at line %u has the same name \"%s\" as the one at line %u, which has no LN of "
+                     "the name \"%s\"",
+                     device.line, device.nodeName.text, first->line, lnNodeName);
+        }
+    }
+}
+
+scl::EnumType *firstEnumType(const char *id) {
+    return findNamed<&scl::EnumType::link, &scl::EnumType::id>(EnumTypeHead, id);
+}
+
+constexpr char wordIndex = 0; // its address stands for the index of all words
+
+// The words of all types of one id, each under the first of these types: as a walk along all of them
+// finds it, but in the time of one search.
+void indexWords() {
+    indexOpen(&wordIndex);
+    for (scl::EnumType &type : records<&scl::EnumType::link>(EnumTypeHead)) {
+        const scl::EnumType *first = firstEnumType(type.id);
+        for (scl::EnumVal &value : records<&scl::EnumVal::link>(type.vals)) {
+            if (first != nullptr && value.text != nullptr) {
+                indexPut(first, value.text, &value);
+            }
+        }
+    }
+}
+
+const scl::EnumVal *findEnumVal(const char *typeId, const char *text) {
+    if (!indexHas(&wordIndex)) {
+        indexWords();
+    }
+    const scl::EnumType *first = firstEnumType(typeId);
+    return first != nullptr ? static_cast<scl::EnumVal *>(indexGet(first, text)) : nullptr;
+}
+
 bool isEnum(const char *bType) {
     return bType != nullptr && std::strcmp(bType, "Enum") == 0;
 }
@@ -74,6 +115,7 @@ scl::LN *getInstanceLN(const GenNode *lnNode) {
     scl::LN *ln = getLN(device, lnNode->name);
     if (ln == nullptr) {
         dbInfoRaw("%s : Get LN error! \n", "getDOI");
+        refuseNamesake(device, lnNode->name);
         sclFault(device->line, "LDevice \"%s\" has no LN of the name \"%s\"", lnNode->parent->name,
                  lnNode->name);
     }
@@ -104,15 +146,9 @@ const char *getEnumValue(const char *typeId, const char *text) {
     if (*text == '+' || *text == '-' || (*text >= '0' && *text <= '9')) {
         return text;
     }
-    scl::EnumType *type = findNamed<&scl::EnumType::link, &scl::EnumType::id>(EnumTypeHead, typeId);
-    for (; type != nullptr; type = listRecord<scl::EnumType, &scl::EnumType::link>(type->link.next)) {
-        if (!nameIs(type->id, typeId)) {
-            continue;
-        }
-        const scl::EnumVal *value = findNamed<&scl::EnumVal::link, &scl::EnumVal::text>(type->vals, text);
-        if (value != nullptr) {
-            return value->ord;
-        }
+    const scl::EnumVal *value = findEnumVal(typeId, text);
+    if (value != nullptr) {
+        return value->ord;
     }
     dbInfoRaw("%s : Find enum failed! type id is : %s, desc is %s \n", "getEnumValue", typeId, text);
     return nullptr;
