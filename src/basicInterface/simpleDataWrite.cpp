@@ -45,7 +45,7 @@ char *writablePlace(GenNode *node, void *place, const SimpleType &type) {
     if (place != loadShared(node->value)) {
         return static_cast<char *>(place);
     }
-    auto *block = static_cast<char *>(Malloc(type.maxLength + 1U));
+    auto *block = static_cast<char *>(Malloc(type.place));
     copySharedText(reinterpret_cast<u8 *>(block), static_cast<const char *>(place), type.maxLength);
     if (std::atomic_ref<void *>(node->data)
             .compare_exchange_strong(place, block, std::memory_order_acq_rel)) {
@@ -114,15 +114,13 @@ u32 fittingLength(const char *text, u32 room, const SimpleType &type) {
 }
 
 bool configText(GenNode *node, void *place, const char *text, const SimpleType &type) {
-    // The texts of the data records have 255 octets and an end; those of clients, what may be written.
-    constexpr u32 recordText = 255;
-    const u32 room = type.maxLength != 0 ? type.maxLength : recordText;
+    const u32 room = type.place - 1U; // the text's end stands behind it
     if (place == nullptr && type.kind != Data::octetString) {
         publish(node->data, const_cast<char *>(text));
         return true;
     }
     if (place == nullptr) {
-        publish(node->data, place = Malloc(room + 1U));
+        publish(node->data, place = Malloc(type.place));
     }
     if (place != text) {
         storeSharedText(static_cast<char *>(place), text, fittingLength(text, room, type));

@@ -26,6 +26,7 @@ enum class Stored : u8 {
 
 struct SimpleType {
     Stored stored;
+    u16 place;     // octets of the place that it is stored in
     u8 width;      // octets of a number or of fixed octets
     u8 bits;       // length of a bit string
     u8 kind;       // choice of Data
@@ -33,6 +34,7 @@ struct SimpleType {
     u16 capacity;  // octets of the part that is kept for reuse
     u8 answer;     // choice of TypeSpecification
     i16 size;      // its size; negative is variable, up to that many
+    u8 estimate;   // octets that a Read reckons for it; of a text 2 beside its length
 };
 
 // Row of a type code; one with Stored::none for a code that is no simple type.
