@@ -1,15 +1,10 @@
+#include "asn1/ber.h"
 #include "basicInterface/itemText.h"
 #include "basicInterface/nodeTree.h"
 
 namespace ied {
 
 namespace {
-
-constexpr int maxNesting = 32; // as deep as the decoder lets an access be
-
-bool isArray(const GenNode *node) {
-    return node->nodeType == TypeArrayVec || node->nodeType == TypeArray;
-}
 
 // Whether the elements that the access names exist. The elements of a range end one before the last.
 bool withinBounds(const AccessSel &sel, u16 elements) {
@@ -53,9 +48,9 @@ bool takeElements(const GenNode *node, const AlternateAccessSelectionChoice &cho
     }
 }
 
-bool narrow(GenNode **node, const AlternateAccess *access, AccessSel *sel, int nesting);
+bool narrow(GenNode **node, const AlternateAccess *access, AccessSel *sel, u32 nesting);
 
-bool narrowNested(GenNode **node, const AlternateAccessSelectionSeq *nested, AccessSel *sel, int nesting) {
+bool narrowNested(GenNode **node, const AlternateAccessSelectionSeq *nested, AccessSel *sel, u32 nesting) {
     if (nested == nullptr || nested->accessSelection == nullptr || nested->alternateAccess == nullptr) {
         return false;
     }
@@ -82,8 +77,8 @@ bool narrowFinal(GenNode **node, const AlternateAccessSelectionChoice *choice, A
     return true;
 }
 
-bool narrow(GenNode **node, const AlternateAccess *access, AccessSel *sel, int nesting) {
-    if (nesting >= maxNesting || (*node)->nodeType > TypeArray || access->first == nullptr ||
+bool narrow(GenNode **node, const AlternateAccess *access, AccessSel *sel, u32 nesting) {
+    if (nesting >= berDepthLimit || (*node)->nodeType > TypeArray || access->first == nullptr ||
         access->first != access->last) {
         return false;
     }

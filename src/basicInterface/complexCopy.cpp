@@ -1,3 +1,4 @@
+#include "asn1/ber.h"
 #include "basicInterface/complexData.h"
 #include "basicInterface/dataParts.h"
 #include "basicInterface/simpleData.h"
@@ -10,13 +11,10 @@ namespace ied {
 
 namespace {
 
-constexpr int maxListNesting = 32; // as deep as the decoder lets Data be
-
 void copyLeaf(Data *target, const Data *source, const GenNode *node, bool alloc) {
-    const bool isArray = node->nodeType == TypeArrayVec || node->nodeType == TypeArray;
-    if (isArray && source->choiceId == Data::arrayVec) {
+    if (isArray(node) && source->choiceId == Data::arrayVec) {
         copyVecArrData(target, source, node, alloc);
-    } else if (isArray && isList(source)) {
+    } else if (isArray(node) && isList(source)) {
         copyGenListData(target, source, alloc);
     } else {
         copySimpleData(target, source, alloc);
@@ -83,9 +81,9 @@ void copyFloats(AsnOcts **target, const AsnOcts *source, u32 count, u32 targetCo
     }
 }
 
-bool copyList(Data *target, const Data *source, bool alloc, int nesting);
+bool copyList(Data *target, const Data *source, bool alloc, u32 nesting);
 
-bool copyMember(Data *target, const Data *source, bool alloc, int nesting) {
+bool copyMember(Data *target, const Data *source, bool alloc, u32 nesting) {
     if (isList(source)) {
         return copyList(target, source, alloc, nesting + 1);
     }
@@ -93,8 +91,8 @@ bool copyMember(Data *target, const Data *source, bool alloc, int nesting) {
     return true;
 }
 
-bool copyList(Data *target, const Data *source, bool alloc, int nesting) {
-    if (nesting >= maxListNesting || (!alloc && !isList(target))) {
+bool copyList(Data *target, const Data *source, bool alloc, u32 nesting) {
+    if (nesting >= berDepthLimit || (!alloc && !isList(target))) {
         return false;
     }
     if (alloc) {

@@ -10,6 +10,8 @@ namespace ied {
 
 // Read side guards one leaf at a time; null without modelLockEnable. Nothing takes its write side.
 extern SemId semModelData;
+// Readers of the model beside one for each client.
+inline constexpr int extraReaders = 3;
 
 // A new value of the subtree on the heap (freed with FreeData). `accessSel` null: arrays read as
 // boolean false.
@@ -41,7 +43,7 @@ bool writeNodeData(const Data *data, GenNode *node, i8 *error);
 // True if a setting's value lies in its range.
 bool checkSetRange(const Data *data, GenNode *leaf);
 
-// Overwrites a value of the same shape; allocates nothing but the octets of vectors.
+// Overwrites a value of the same shape; allocates nothing.
 void copyData(Data *target, const Data *source, const GenNode *node);
 // A new value on the heap.
 void copyDataNew(Data *target, const Data *source, const GenNode *node);

@@ -48,7 +48,7 @@ struct Checker {
     ValueWalk at;
 
     bool isLeafSound(GenNode *node) const {
-        if (node->nodeType == TypeArrayVec || node->nodeType == TypeArray) {
+        if (isArray(node)) {
             return at.fail(DaeObjectAccessDenied, "array cannot write");
         }
         if (!checkSimpleData(at.current, node)) {

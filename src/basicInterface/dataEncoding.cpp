@@ -1,5 +1,6 @@
 #include "basicInterface/memory.h"
 #include "basicInterface/sharedText.h"
+#include "basicInterface/shorts.h"
 #include "basicInterface/simpleData.h"
 #include "device/externGlbCfg.h"
 

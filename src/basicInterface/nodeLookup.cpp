@@ -97,12 +97,8 @@ bool searchNodeByOcts(const AsnOcts *ldOcts, const AsnOcts *itemOcts, GenNode **
 
 bool searchNodeByObjName(const ObjectName *objectName, GenNode **node, const AlternateAccess *alternateAccess,
                          AccessSel *accessSel) {
-    if (objectName == nullptr || objectName->choiceId != ObjectName::domainSpecific ||
-        objectName->domain_specific == nullptr) {
-        return false;
-    }
-    const ObjectNameSeq &name = *objectName->domain_specific;
-    if (!searchNodeByOcts(&name.domainId, &name.itemId, node, nullptr)) {
+    const ObjectNameSeq *name = domainSpecific(objectName);
+    if (name == nullptr || !searchNodeByOcts(&name->domainId, &name->itemId, node, nullptr)) {
         return false;
     }
     if (alternateAccess == nullptr) {

@@ -55,6 +55,16 @@ bool searchLdByOcts(const AsnOcts *octs, GenNode **node);
 bool searchNodeByStr(const char *ldName, const char *itemText, GenNode **node);
 // By reference "LD/LN$FC$DO...".
 bool searchNodeByFullStr(const char *reference, GenNode **node);
+// The parts of a domain-specific name; null for any other, and for null.
+inline const ObjectNameSeq *domainSpecific(const ObjectName *name) {
+    return name != nullptr && name->choiceId == ObjectName::domainSpecific ? name->domain_specific : nullptr;
+}
+// The name in an entry of a list of variables; null where the entry has another form of access.
+inline const ObjectName *variableName(const VariableAccessSpecificationSeqOfSeq *entry) {
+    const VariableSpecification *variable = entry == nullptr ? nullptr : entry->variableSpecification;
+    const bool isName = variable != nullptr && variable->choiceId == VariableSpecification::name;
+    return isName ? variable->name_ : nullptr;
+}
 // By MMS name; `alternateAccess` may be null, `accessSel` is filled from it (caller gives kind 0).
 bool searchNodeByObjName(const ObjectName *objectName, GenNode **node, const AlternateAccess *alternateAccess,
                          AccessSel *accessSel);
@@ -89,8 +99,6 @@ int getLastCharLoc(const char *text, char c);
 // What stands before or after the last `c` into `out`; false if there is none or it comes first.
 bool trimBefore(char *out, const char *text, char c);
 bool trimAfter(char *out, const char *text, char c);
-u16 dec_short(const u8 *bytes);
-void enc_short(u8 *bytes, u16 value);
 
 // True when at least `ms` milliseconds have passed since tick `startTick`.
 bool isTimeOut(u32 startTick, u32 ms);

@@ -29,24 +29,21 @@ void makeDomainSpecific(ObjectName *name, std::string_view domain, std::string_v
 } // namespace
 
 bool objName2Ref(const ObjectName *objectName, bool alloc, char **out) {
-    if (objectName == nullptr || objectName->choiceId != ObjectName::domainSpecific ||
-        objectName->domain_specific == nullptr || out == nullptr || (!alloc && *out == nullptr)) {
-        return false;
-    }
-    const ObjectNameSeq &name = *objectName->domain_specific;
-    if (name.domainId.octs == nullptr || name.itemId.octs == nullptr ||
-        u64{name.domainId.octetLen} + name.itemId.octetLen + 2 > maxReference) {
+    const ObjectNameSeq *name = domainSpecific(objectName);
+    if (name == nullptr || name->domainId.octs == nullptr || name->itemId.octs == nullptr ||
+        u64{name->domainId.octetLen} + name->itemId.octetLen + 2 > maxReference || out == nullptr ||
+        (!alloc && *out == nullptr)) {
         return false;
     }
     if (alloc) {
         *out = static_cast<char *>(Malloc(maxReference));
     }
     char *text = *out;
-    std::memcpy(text, name.domainId.octs, name.domainId.octetLen);
-    text += name.domainId.octetLen;
+    std::memcpy(text, name->domainId.octs, name->domainId.octetLen);
+    text += name->domainId.octetLen;
     *text++ = '/';
-    std::memcpy(text, name.itemId.octs, name.itemId.octetLen);
-    text[name.itemId.octetLen] = '\0';
+    std::memcpy(text, name->itemId.octs, name->itemId.octetLen);
+    text[name->itemId.octetLen] = '\0';
     return true;
 }
 
@@ -84,9 +81,8 @@ void objectNameFromStr(ObjectName *objectName, const char *domainText, const cha
 }
 
 void objectNameCopy(ObjectName *target, const ObjectName *source) {
-    if (source->choiceId == ObjectName::domainSpecific && source->domain_specific != nullptr) {
-        makeDomainSpecific(target, octsView(&source->domain_specific->domainId),
-                           octsView(&source->domain_specific->itemId));
+    if (const ObjectNameSeq *parts = domainSpecific(source)) {
+        makeDomainSpecific(target, octsView(&parts->domainId), octsView(&parts->itemId));
         return;
     }
     target->choiceId = source->choiceId;

@@ -3,6 +3,7 @@
 #include "basicInterface/cdcRecord.h"
 #include "basicInterface/memory.h"
 #include "basicInterface/simpleData.h"
+#include "basicInterface/simpleType.h"
 #include "device/addressBinding.h"
 #include "device/attributeTables.h"
 #include "device/modelWalk.h"
@@ -22,48 +23,15 @@ namespace {
 
 constexpr u32 maxArrayNum = 0xFFFF; // element counts are held in 16 bits
 
-bool hasHarmonics(const GenNode *doNode) {
-    return doNode->nodeType == CdcHWYE || doNode->nodeType == CdcHDEL || doNode->nodeType == CdcHMV;
-}
-
-bool isArray(const GenNode *leaf) {
-    return leaf->nodeType == TypeArrayVec || leaf->nodeType == TypeArray;
+// Whether the record of a harmonic data object is that of three phases, HWYE.
+bool hasPhases(const GenNode *doNode) {
+    return isHarmonic(doNode->nodeType) && doNode->nodeType != CdcHMV;
 }
 
 // Octets that a value of the type takes where it is stored.
 u32 storedSize(u8 nodeType, bool wideEnum) {
-    switch (nodeType) {
-    case TypeInt16:
-    case TypeInt16U:
-    case TypeQuality:
-    case TypeOptFlds:
-        return 2;
-    case TypeInt32:
-    case TypeInt32U:
-    case TypeFloat32:
-        return 4;
-    case TypeOctet6:
-        return 7;
-    case TypeOctet8:
-        return 9;
-    case TypeOctet64:
-    case TypeVisString64:
-        return 65;
-    case TypeVisString32:
-        return 33;
-    case TypeVisString65:
-        return 66;
-    case TypeVisString255:
-    case TypeUnicode255:
-        return 256;
-    case TypeTimestamp:
-    case TypeEntryTime:
-        return sizeof(TimeStamp);
-    case TypeEnum:
-        return wideEnum ? 4 : 1;
-    default:
-        return 1;
-    }
+    const SimpleType &type = simpleType(nodeType);
+    return wideEnum && type.stored == Stored::enumeration ? sizeof(i32) : type.place;
 }
 
 u32 elementSize(const GenNode *leaf) {
@@ -129,12 +97,13 @@ void allocSubstitution() {
 
 // A harmonic object without a short address keeps its arrays in a record of its own.
 void givePrivateRecord(GenNode *doNode) {
-    if (doNode->nodeType == CdcHWYE || doNode->nodeType == CdcHDEL) {
-        doNode->data = MallocOf<HWYE>();
-    } else if (doNode->nodeType == CdcHMV) {
-        doNode->data = MallocOf<HMV>();
-    } else {
+    if (!isHarmonic(doNode->nodeType)) {
         return;
+    }
+    if (hasPhases(doNode)) {
+        doNode->data = MallocOf<HWYE>();
+    } else {
+        doNode->data = MallocOf<HMV>();
     }
     updateOtherFCD(doNode);
 }
@@ -150,7 +119,7 @@ void allocArray(GenNode *leaf, GenNode *doNode) {
         return;
     }
     *elementsPlace = Malloc(std::size_t{elements} * elementSize(leaf));
-    if (doNode->nodeType != CdcHWYE && doNode->nodeType != CdcHDEL) {
+    if (!hasPhases(doNode)) {
         return;
     }
     // All arrays of the record have numHar elements, so the shortest one decides.
@@ -197,7 +166,8 @@ void takeConfiguredValue(GenNode *leaf, const GenNode *doNode) {
         setNodeConfig(leaf, leaf->value);
         return;
     }
-    if (doNode->data != nullptr && hasHarmonics(doNode) && decimalI32(leaf->value) > getArrNum(leaf)) {
+    if (doNode->data != nullptr && isHarmonic(doNode->nodeType) &&
+        decimalI32(leaf->value) > getArrNum(leaf)) {
         char path[maxPathText];
         getAllPath(leaf, path, true);
         dbInfo(DbGEN, DbERR, "modelDataInit", "%s is big than count!", path);

@@ -119,10 +119,20 @@ enum NodeType : u8 {
     TypeFailure,
 };
 
+// Trigger options of a leaf or control block and reasons of an entry (IEC 61850-8-1 8.1.3: bit 0,
+// reserved, is the top bit).
+enum TrgOpsBit : u8 {
+    TrgDchg = 0x40,
+    TrgQchg = 0x20,
+    TrgDupd = 0x10,
+    TrgPeriod = 0x08,
+    TrgGi = 0x04
+};
+
 struct GenNode {
     char name[32];
     u8 nodeType; // level 4: CdcCode; below: NodeType; above: TypeInner
-    u8 trgOps;   // of a leaf: 0x40 dchg, 0x20 qchg, 0x10 dupd
+    u8 trgOps;   // of a leaf: TrgOpsBit, from dchg to dupd
     u8 fc;       // FcCode
     u8 origType; // of an array of type 40: the element's type, 0 for structures
     void *data;  // level 1: list of data sets; 4: bound record; leaf: place of the value.
@@ -136,6 +146,16 @@ struct GenNode {
     void *savedData;    // a leaf's own place while it is turned to a substitution record
     GenNode *lastChild; // tail of the children, so that building is linear
 };
+
+// Whether the node is an array, of vectors or of anything else.
+inline bool isArray(const GenNode *node) {
+    return node->nodeType == TypeArrayVec || node->nodeType == TypeArray;
+}
+
+// Whether the arrays of structures of such a data object are spectra.
+inline bool isHarmonic(u8 cdc) {
+    return cdc == CdcHMV || cdc == CdcHWYE || cdc == CdcHDEL;
+}
 
 extern GenNode lds;               // the root
 extern MemoryPool model_gen_pool; // holds everything that comes from the SCL file

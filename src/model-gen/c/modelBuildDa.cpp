@@ -36,17 +36,13 @@ template <class T> scl::DAType *structType(T *attribute) {
     return attribute->structType;
 }
 
-bool isArray(const scl::DA *da) {
+bool hasElements(const scl::DA *da) {
     return isGiven(da->count) && *da->count != '0';
-}
-
-bool isHarmonic(u8 cdc) {
-    return cdc == CdcHMV || cdc == CdcHWYE || cdc == CdcHDEL;
 }
 
 void fillStruct(GenNode *node, scl::DA *da, scl::Instances *instances) {
     node->level = LevelInner;
-    if (isArray(da)) {
+    if (hasElements(da)) {
         node->level = LevelLeaf;
         node->value = da->count;
         node->nodeType = isHarmonic(node->parent->nodeType) ? TypeArrayVec : TypeArray;
@@ -62,7 +58,7 @@ void fillStruct(GenNode *node, scl::DA *da, scl::Instances *instances) {
 
 void fillLeaf(GenNode *node, const scl::DA *da, scl::Instances *instances) {
     node->value = da->val;
-    if (isArray(da)) {
+    if (hasElements(da)) {
         node->value = da->count;
         node->origType = node->nodeType;
         node->nodeType = TypeArray;

@@ -148,15 +148,15 @@ template <class T, class Bits> struct BitRow {
 using RC = scl::ReportControl;
 using Trg = scl::TrgOps;
 
-// Left-aligned bit strings of IEC 61850-8-1 8.1.3: bit 0, reserved, is the top bit.
 constexpr BitRow<Trg, u8> triggerBits[] = {
-    {&Trg::dchg, 64}, {&Trg::qchg, 32}, {&Trg::dupd, 16}, {&Trg::period, 8}, {&Trg::gi, 4},
+    {&Trg::dchg, TrgDchg},     {&Trg::qchg, TrgQchg}, {&Trg::dupd, TrgDupd},
+    {&Trg::period, TrgPeriod}, {&Trg::gi, TrgGi},
 };
 
 constexpr BitRow<RC, u16> optionBits[] = {
-    {&RC::seqNum, 0x4000},  {&RC::timeStamp, 0x2000}, {&RC::reasonCode, 0x1000},
-    {&RC::dataSet, 0x0800}, {&RC::dataRef, 0x0400},   {&RC::bufOvfl, 0x0200},
-    {&RC::entryID, 0x0100}, {&RC::configRef, 0x0080}, {&RC::segmentation, 0x0040},
+    {&RC::seqNum, OptSeqNum},   {&RC::timeStamp, OptTimeStamp}, {&RC::reasonCode, OptReason},
+    {&RC::dataSet, OptDataSet}, {&RC::dataRef, OptDataRef},     {&RC::bufOvfl, OptBufOvfl},
+    {&RC::entryID, OptEntryID}, {&RC::configRef, OptConfRev},   {&RC::segmentation, OptSegmentation},
 };
 
 template <class T, class Bits, std::size_t n>

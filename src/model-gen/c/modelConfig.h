@@ -7,6 +7,19 @@
 
 namespace ied {
 
+// Options of a report control block, left-aligned as its attribute OptFlds (IEC 61850-8-1 8.1.3).
+enum OptFldsBit : u16 {
+    OptSeqNum = 0x4000,
+    OptTimeStamp = 0x2000,
+    OptReason = 0x1000,
+    OptDataSet = 0x0800,
+    OptDataRef = 0x0400,
+    OptBufOvfl = 0x0200,
+    OptEntryID = 0x0100,
+    OptConfRev = 0x0080,
+    OptSegmentation = 0x0040,
+};
+
 struct PreDefDsMember {
     char *name; // LD/LN$FC$DO[$DA...]
     ListLink link;
@@ -24,10 +37,10 @@ struct ReportCfg {
     char *name;   // LD/LN$BR|RP$name[nn]
     char *rtpID;  // null if absent or empty
     char *dsName; // LD/LN$name, null if absent or empty
-    u8 trgOps;
-    u16 optFlds;
-    u32 bufTm;  // milliseconds
-    u32 intgPd; // milliseconds
+    u8 trgOps;    // TrgOpsBit
+    u16 optFlds;  // OptFldsBit
+    u32 bufTm;    // milliseconds
+    u32 intgPd;   // milliseconds
     u8 buffered;
     u32 bufferSize;
     u32 confRev;
@@ -42,7 +55,7 @@ struct LCBCfg {
     char *logName;
     u8 logEna;
     u8 reasonCode;
-    u8 trgOps;
+    u8 trgOps; // TrgOpsBit
     u8 period;
     ListLink link;
     unsigned long line;

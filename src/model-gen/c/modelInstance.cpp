@@ -155,8 +155,8 @@ const char *getEnumValue(const char *typeId, const char *text) {
 }
 
 u8 getTrgOps(const scl::DA *da) {
-    return static_cast<u8>((isTrue(da->dchg) ? 64 : 0) + (isTrue(da->qchg) ? 32 : 0) +
-                           (isTrue(da->dupd) ? 16 : 0));
+    return static_cast<u8>((isTrue(da->dchg) ? TrgDchg : 0) | (isTrue(da->qchg) ? TrgQchg : 0) |
+                           (isTrue(da->dupd) ? TrgDupd : 0));
 }
 
 void modelGetDAIAddr(const scl::DA *da, GenNode *node, scl::Instances *instances) {

@@ -42,10 +42,6 @@ NameText::NameText(const ObjectName *name) : text("unknown member") {
 
 namespace {
 
-const ObjectNameSeq *domainSpecific(const ObjectName *name) {
-    return name != nullptr && name->choiceId == ObjectName::domainSpecific ? name->domain_specific : nullptr;
-}
-
 AsnList *dataSetsOf(const GenNode *ld) {
     return static_cast<AsnList *>(nodeData(ld));
 }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 namespace ied {
 
@@ -55,13 +56,6 @@ void addNode(DataSet *dataSet, GenNode *node) {
     dataSet->daiNum = static_cast<u16>(std::min<u32>(dataSet->daiNum + getDAINum(node), maxCount));
 }
 
-const ObjectName *memberName(const AsnListElement *element) {
-    const auto *entry = asnListValue<VariableAccessSpecificationSeqOfSeq>(element);
-    const VariableSpecification *variable = entry == nullptr ? nullptr : entry->variableSpecification;
-    return variable != nullptr && variable->choiceId == VariableSpecification::name ? variable->name_
-                                                                                    : nullptr;
-}
-
 // Where in the file a data set stands and what is wrong with it, seen whatever the log shows.
 void tellFault(const PreDefDs *entry, const char *what, const char *culprit = "") {
     faultDetail(entry->line, "DataSet \"%.60s/%.100s\": %s%.200s", entry->ldName, entry->itemName, what,
@@ -99,7 +93,7 @@ bool addConfiguredMembers(DataSet *dataSet, const PreDefDs *entry) {
 bool addDefinedMembers(DataSet *dataSet, const AsnList *listOfVariable) {
     const AsnListElement *element = listOfVariable == nullptr ? nullptr : listOfVariable->first;
     for (; element != nullptr; element = element->next) {
-        const ObjectName *name = memberName(element);
+        const ObjectName *name = variableName(asnListValue<VariableAccessSpecificationSeqOfSeq>(element));
         GenNode *node = nullptr;
         if (!searchNodeByObjName(name, &node, nullptr, nullptr)) {
             dbInfo(DbDAT, DbERR, "createDynDs", "Member \"%s\" dose not exist!", NameText(name).text);
@@ -111,44 +105,34 @@ bool addDefinedMembers(DataSet *dataSet, const AsnList *listOfVariable) {
     return true;
 }
 
-// Measures and stores the size; false, after a message, if there is none.
-bool measureDynDs(DataSet *dataSet) {
-    constexpr const char *function = "createDynDs";
-    const NameText name(dataSet->name);
-    dbInfo(DbDAT, DbINF, function, "Member num of DataSet \"%s\" is: %d!", name.text, dataSet->memberNum);
-    dbInfo(DbDAT, DbINF, function, "DAI num of DataSet \"%s\" is: %d!", name.text, dataSet->daiNum);
+// Measures and stores the size; false, after a message, if there is none. `function` and `name` are
+// what the messages call the caller and the data set.
+bool measure(DataSet *dataSet, const char *function, const char *name) {
+    dbInfo(DbDAT, DbINF, function, "Member num of DataSet \"%s\" is: %d!", name, dataSet->memberNum);
+    dbInfo(DbDAT, DbINF, function, "DAI num of DataSet \"%s\" is: %d!", name, dataSet->daiNum);
     const i64 size = getDsSize(dataSet);
     if (size < 1) {
-        dbInfo(DbDAT, DbERR, function, "Fail to get size of \"%s\"!", name.text);
+        dbInfo(DbDAT, DbERR, function, "Fail to get size of \"%s\"!", name);
         return false;
     }
     dataSet->size = static_cast<u32>(size);
-    dbInfo(DbDAT, DbINF, function, "Size of DataSet \"%s\" is: %d!", name.text,
-           static_cast<int>(dataSet->size));
+    dbInfo(DbDAT, DbINF, function, "Size of DataSet \"%s\" is: %d!", name, static_cast<int>(size));
     return true;
 }
 
 bool measurePreDefDs(DataSet *dataSet, const PreDefDs *entry) {
     constexpr const char *function = "createPreDefDs";
-    const char *ld = entry->ldName;
-    const char *item = entry->itemName;
-    dbInfo(DbDAT, DbINF, function, "Member num of DataSet \"%s/%s\" is: %d!", ld, item, dataSet->memberNum);
-    dbInfo(DbDAT, DbINF, function, "DAI num of DataSet \"%s/%s\" is: %d!", ld, item, dataSet->daiNum);
-    const i64 size = getDsSize(dataSet);
-    if (size < 1) {
-        dbInfo(DbDAT, DbERR, function, "Fail to get size of \"%s/%s\"!", ld, item);
-        tellFault(entry, "a report entry of it is longer than maxDsSize allows");
-        return false;
-    }
-    dbInfo(DbDAT, DbINF, function, "Size of DataSet \"%s/%s\" is: %d!", ld, item, static_cast<int>(size));
-    if (size > dsSizeLimit()) {
-        dbInfo(DbDAT, DbERR, function, "DataSet \"%s/%s\" is too big, the limit is %d!", ld, item,
+    const std::string name = std::string(entry->ldName) + "/" + entry->itemName;
+    bool fits = measure(dataSet, function, name.c_str());
+    if (fits && dataSet->size > dsSizeLimit()) {
+        dbInfo(DbDAT, DbERR, function, "DataSet \"%s\" is too big, the limit is %d!", name.c_str(),
                static_cast<int>(dsSizeLimit()));
-        tellFault(entry, "a report entry of it is longer than maxDsSize allows");
-        return false;
+        fits = false;
     }
-    dataSet->size = static_cast<u32>(size);
-    return true;
+    if (!fits) {
+        tellFault(entry, "a report entry of it is longer than maxDsSize allows");
+    }
+    return fits;
 }
 
 // Takes from the pool what one entry of a report ring takes.
@@ -209,7 +193,7 @@ i64 getDsSize(const DataSet *dataSet) {
 bool initPreDefDS() {
     constexpr const char *function = "initPreDefDS";
     if (semDataSets == nullptr) {
-        semDataSets = semRWCreate(semQPriority, externGlbCfg.maxClientNum + 3);
+        semDataSets = semRWCreate(semQPriority, externGlbCfg.maxClientNum + extraReaders);
     }
     if (semDataSets == nullptr) {
         dbInfo(DbDAT, DbERR, function, "Create semDataSets failed!");
@@ -248,7 +232,7 @@ int checkDsMember(const AsnList *listOfVariable) {
     constexpr const char *function = "checkDsMember";
     const AsnListElement *element = listOfVariable == nullptr ? nullptr : listOfVariable->first;
     for (; element != nullptr; element = element->next) {
-        const ObjectName *name = memberName(element);
+        const ObjectName *name = variableName(asnListValue<VariableAccessSpecificationSeqOfSeq>(element));
         GenNode *node = nullptr;
         if (!searchNodeByObjName(name, &node, nullptr, nullptr)) {
             dbInfo(DbDAT, DbERR, function, "Fail to find node by \"%s\"!", NameText(name).text);
@@ -264,14 +248,14 @@ int checkDsMember(const AsnList *listOfVariable) {
 
 bool createDynDs(const ObjectName *objectName, const AsnList *listOfVariable) {
     GenNode *ld = nullptr;
-    if (objectName == nullptr || objectName->choiceId != ObjectName::domainSpecific ||
-        objectName->domain_specific == nullptr ||
-        !searchLdByOcts(&objectName->domain_specific->domainId, &ld)) {
+    const ObjectNameSeq *parts = domainSpecific(objectName);
+    if (parts == nullptr || !searchLdByOcts(&parts->domainId, &ld)) {
         return false;
     }
     DataSet *dataSet = newDataSet(1);
     objectNameCopy(dataSet->name, objectName);
-    if (!addDefinedMembers(dataSet, listOfVariable) || !measureDynDs(dataSet)) {
+    if (!addDefinedMembers(dataSet, listOfVariable) ||
+        !measure(dataSet, "createDynDs", NameText(dataSet->name).text)) {
         freeDataSet(dataSet);
         return false;
     }

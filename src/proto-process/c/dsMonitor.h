@@ -21,7 +21,7 @@ struct MonDAI {
     u16 memberIndex;     // member of the data set that holds the leaf
     GenNode *memberNode; // node of that member
     GenNode *leaf;
-    u8 trgOps;  // of the leaf: 0x40 dchg, 0x20 qchg, 0x10 dupd
+    u8 trgOps;  // of the leaf: TrgOpsBit, from dchg to dupd
     u16 vecLen; // elements of a vector array
     u8 cmpKind; // MonCompare
     union {
@@ -30,7 +30,7 @@ struct MonDAI {
     };
     u32 *updCntAddr; // updateCount of the object's record, for dupd; null where there is none
     u32 oldUpdCnt;   // counter at the last compare
-    u8 reason;       // pending trigger bits, cleared by the consumer
+    u8 reason;       // pending TrgOpsBit, cleared by the consumer
 };
 
 struct DsMonitor {

@@ -20,7 +20,7 @@ struct LCB {
     DsMonitor dsMonitor;
     TimeStamp OldEntrTm, NewEntrTm;
     u8 OldEntr[9], NewEntr[9]; // EntryID, 8 octets and a NUL
-    u8 TrgOps;                 // 0x40 dchg, 0x20 qchg, 0x10 dupd, 0x08 period
+    u8 TrgOps;                 // TrgOpsBit, from dchg to period
     u8 lastTrgOps;
     u32 IntgPd; // milliseconds
     u32 lastIntgPd;

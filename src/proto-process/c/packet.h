@@ -3,6 +3,7 @@
 #pragma once
 
 #include "asn1/presentationTypes.h"
+#include "basicInterface/shorts.h"
 
 namespace ied {
 
@@ -62,8 +63,12 @@ u32 enc_tpdu_cotp(const TpduCotp *rec, u8 *buf, u32 end);
 int rpt_tpdu_tpkt(TpduTpkt *pdu); // returns 1
 int rpt_tpdu_cotp(TpduCotp *rec); // returns 3
 void init_tpdu_cotp(TpduCotp *rec, bool full);
-u16 decShort(const u8 *p);
-void encShort(u8 *p, u16 v);
+inline u16 decShort(const u8 *p) {
+    return dec_short(p);
+}
+inline void encShort(u8 *p, u16 v) {
+    enc_short(p, v);
+}
 
 // ---------------------------------------------------------------------------------- session
 

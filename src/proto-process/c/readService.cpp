@@ -2,6 +2,7 @@
 #include "basicInterface/complexData.h"
 #include "basicInterface/memory.h"
 #include "basicInterface/sharedText.h"
+#include "basicInterface/simpleType.h"
 #include "basicInterface/subtreeWalk.h"
 #include "device/externGlbCfg.h"
 #include "proto-process/c/dataSet.h"
@@ -22,45 +23,16 @@ u32 vectorsEncLen(const GenNode *node, const AccessSel *sel) {
     return 4 + 11 * floats * count;
 }
 
-u32 textEncLen(const GenNode *node) {
-    const auto *text = static_cast<const char *>(nodeData(node));
-    return text == nullptr ? 0 : sharedTextLength(text, ~u32{0} >> 1U) + 2;
-}
-
 u32 leafEncLen(const GenNode *node, const AccessSel *sel) {
-    switch (node->nodeType) {
-    case TypeArrayVec:
+    if (node->nodeType == TypeArrayVec) {
         return vectorsEncLen(node, sel);
-    case TypeDbpos:
-    case TypeBits5:
-    case TypeTrgOps:
-    case TypeInt16:
-    case TypeInt16U:
-        return 4;
-    case TypeOptFlds:
-    case TypeQuality:
-        return 5;
-    case TypeInt32:
-    case TypeInt32U:
-        return 6;
-    case TypeFloat32:
-        return 7;
-    case TypeOctet6:
-    case TypeEntryTime:
-        return 8;
-    case TypeOctet8:
-    case TypeTimestamp:
-        return 10;
-    case TypeOctet64:
-    case TypeVisString32:
-    case TypeVisString64:
-    case TypeVisString65:
-    case TypeVisString255:
-    case TypeUnicode255:
-        return textEncLen(node);
-    default:
-        return 3;
     }
+    const SimpleType &type = simpleType(node->nodeType);
+    if (type.stored != Stored::text) {
+        return type.estimate;
+    }
+    const auto *text = static_cast<const char *>(nodeData(node));
+    return text == nullptr ? 0 : sharedTextLength(text, ~u32{0} >> 1U) + type.estimate;
 }
 
 struct LengthCounter {
@@ -124,12 +96,6 @@ void readDataSet(const ObjectName *name, AsnList *results) {
     for (u32 i = 0; i < members.count; ++i) {
         getNodeData(appendSuccess(results), members.nodes[i], &wholeArrays);
     }
-}
-
-const ObjectName *variableName(const VariableAccessSpecificationSeqOfSeq *entry) {
-    const VariableSpecification *variable = entry == nullptr ? nullptr : entry->variableSpecification;
-    return variable != nullptr && variable->choiceId == VariableSpecification::name ? variable->name_
-                                                                                    : nullptr;
 }
 
 i8 readVariables(const AsnList *variables, AsnList *results, u8 clientId) {

@@ -3,32 +3,11 @@
 #pragma once
 
 #include "basicInterface/memoryPool.h"
+#include "model-gen/c/modelConfig.h"
 #include "proto-process/c/dataSet.h"
 #include "proto-process/c/dsMonitor.h"
 
 namespace ied {
-
-// Trigger and reason bits.
-enum TrgOpsBit : u8 {
-    TrgDchg = 0x40,
-    TrgQchg = 0x20,
-    TrgDupd = 0x10,
-    TrgPeriod = 0x08,
-    TrgGi = 0x04
-};
-
-// Option bits, from the top of the 16-bit word as in the published attribute.
-enum OptFldsBit : u16 {
-    OptSeqNum = 0x4000,
-    OptTimeStamp = 0x2000,
-    OptReason = 0x1000,
-    OptDataSet = 0x800,
-    OptDataRef = 0x400,
-    OptBufOvfl = 0x200,
-    OptEntryID = 0x100,
-    OptConfRev = 0x80,
-    OptSegmentation = 0x40,
-};
 
 // `resendPos` of a ring that nobody asked to be sent again.
 inline constexpr u32 resendNone = 0xFFFFFFFF;

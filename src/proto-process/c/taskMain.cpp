@@ -19,8 +19,6 @@ namespace ied {
 
 namespace {
 
-constexpr int extraReaders = 3; // of the model, beside one for each client
-
 [[noreturn]] void stopAt(int line) {
     stopProcess("src/proto-process/c/taskMain", line);
 }

@@ -8,15 +8,6 @@ constexpr u32 leastFrame = tpktOctets + dtOctets; // with content
 
 } // namespace
 
-u16 decShort(const u8 *p) {
-    return static_cast<u16>(p[0] << 8 | p[1]);
-}
-
-void encShort(u8 *p, u16 v) {
-    p[0] = static_cast<u8>(v >> 8);
-    p[1] = static_cast<u8>(v);
-}
-
 u32 dec_tpdu_tpkt(TpduTpkt *pdu, const u8 *data, u32 len, i32 *err) {
     *err = 0;
     const u16 length = len < tpktOctets ? u16{0} : decShort(data + 2);

@@ -7,10 +7,6 @@ namespace ied {
 
 namespace {
 
-bool isArray(const GenNode *node) {
-    return node->nodeType == TypeArrayVec || node->nodeType == TypeArray;
-}
-
 // Builds the description beside the walk, which also goes into the elements of an array of structures.
 struct TypeBuilder {
     TypeSpecification *current;

@@ -26,12 +26,12 @@ bool writeConfiguration(const Data *data, GenNode *node, i8 *error) {
 // Writes one value; the error byte, where a handler set it, outweighs what it returned.
 void writeVariable(const VariableAccessSpecificationSeqOfSeq *entry, const Data *data, u8 clientId,
                    Write_ResponseChoice *result) {
-    const VariableSpecification *variable = entry == nullptr ? nullptr : entry->variableSpecification;
+    const ObjectName *name = variableName(entry);
     i8 error = DaeNone;
     GenNode *node = nullptr;
-    if (variable == nullptr || data == nullptr || variable->choiceId != VariableSpecification::name) {
+    if (name == nullptr || data == nullptr) {
         error = DaeInvalidAddress;
-    } else if (!searchNodeByObjName(variable->name_, &node, nullptr, nullptr)) {
+    } else if (!searchNodeByObjName(name, &node, nullptr, nullptr)) {
         error = DaeObjectNonExistent;
     } else if (writeDataHandle(data, node, &error, clientId)) {
         result->choiceId = Write_ResponseChoice::success;
