@@ -1,6 +1,6 @@
 // The grammar in which an ASN.1 type is written down, a line a component:
 //
-//   template <> inline constexpr auto asnDefinition<Read_Request> = sequence(-1320,
+//   template <> inline constexpr auto asnDefinition<Read_Request> = sequence(-1620,
 //       optional<&Read_Request::specificationWithResult>(context(0)),
 //       component<&Read_Request::variableAccessSpecification>(explicitContext(1)));
 //

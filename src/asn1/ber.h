@@ -147,7 +147,8 @@ template <class T, class Kind = T> struct AsnOperations {
     static void decodeTagged(GenBuf *gen, T *value, u32 *bytesDecoded, DecodeEnv *env);
 };
 
-// The prescribed names of a type; arguments behind the name are the kind.
+// The operations of a type under the names that the codecs are called by; arguments behind the name are the
+// kind.
 #define ASN_CODEC(Name, ...)                                                                                 \
     extern template struct AsnOperations<Name __VA_OPT__(, ) __VA_ARGS__>;                                   \
     inline u32 BEnc##Name##Content(GenBuf *gen, const Name *value) {                                         \

@@ -1,4 +1,4 @@
-// The prescribed operations of the primitive types.
+// The operations of the primitive types.
 #include "asn1/asnCodec.h"
 
 namespace ied {

@@ -7,7 +7,7 @@
 
 namespace ied::asn {
 
-inline constexpr u32 lastConfirmedService = 78; // additionalService
+inline constexpr u32 lastConfirmedService = SvcAdditionalService;
 
 constexpr u32 sameNumber(u32 number) {
     return number;

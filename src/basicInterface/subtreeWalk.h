@@ -1,5 +1,5 @@
-// The one way in which a node's subtree is walked: depth first, pre-order, without recursion, and
-// with a bound on its depth.
+// The walk of a node's subtree that converts, checks, counts or describes what it finds: depth first,
+// pre-order, without recursion, and with a bound on its depth.
 #pragma once
 
 #include "basicInterface/nodeTree.h"

@@ -57,7 +57,7 @@ constexpr ConfigField fields[] = {
     {Network,AT(tcpPort),            U16,    1,   102,        1,       65535,      nullptr, "listening TCP port"},
     {Network,AT(listenBacklog),      U16,    1,   2,          1,       4096,       nullptr, "backlog of listen"},
     {Network,AT(maxSendFail),        U32,    1,   100,        1,       maxInt,     nullptr, "failed sends that end an association"},
-    {Network, AT(mmsServiceParam), Services, 86, 0, 0, 255,
+    {Network, AT(mmsServiceParam), Services, serviceNum, 0, 0, 255,
      "0,1,2,4,5,6,12,13,37,65,68,72,73,74,77,79,83,84",
      "bit numbers of the services that Initiate announces (ISO 9506-2 ServiceSupportOptions), to the first 255"},
     {Model,  AT(icdPath),            Text,   1,   0,          1,       4095,       "/tffs0/ZRX418.icd", "the SCL file to load, a device path"},

@@ -9,6 +9,9 @@ namespace ied {
 
 struct SGCB;
 
+// Numbers that a table of MMS services has room for: one more than is announced.
+inline constexpr u32 serviceNum = 86;
+
 struct ExternGlbCfg {
     // system (libSysCfgInit)
     u8 hostLittleEndian;
@@ -37,7 +40,7 @@ struct ExternGlbCfg {
     u16 tcpPort;
     u16 listenBacklog;
     u32 maxSendFail;
-    u8 mmsServiceParam[86];
+    u8 mmsServiceParam[serviceNum];
     // model and services (libModelCfgInit)
     const char *icdPath;
     u8 modelLockEnable;

@@ -68,12 +68,6 @@ void parseBlocks(int fd) {
     }
 }
 
-char *poolText(const char *text, std::size_t length, const char *funcName, const char *ifNull) {
-    char *copy = static_cast<char *>(sclAlloc(length + 1, funcName, ifNull));
-    std::memcpy(copy, text, length);
-    return copy;
-}
-
 // Whether the pool still has `bytes`. If not the parse is stopped: PoolFull must not fly through
 // expat, which is C.
 bool poolHas(std::size_t bytes) {
@@ -175,7 +169,7 @@ void end(void *, const char *) {
     if (currNode->data != nullptr) {
         char *text = currNode->data;
         currNode->data = currNode->child == nullptr
-                             ? poolText(text, state.textLength, "end", "gMalloc for data failed!\r\n")
+                             ? sclText({text, state.textLength}, "end", "gMalloc for data failed!\r\n")
                              : nullptr;
         std::free(text);
         state.textLength = state.textSpace = 0;
@@ -209,7 +203,7 @@ void dataHandler(void *, const char *s, int len) {
 }
 
 void saveEl(const char *name) {
-    currNode->el = poolText(name, std::strlen(name), "saveEl", "gMalloc for el failed!\r\n");
+    currNode->el = sclText(name, "saveEl", "gMalloc for el failed!\r\n");
 }
 
 void saveAttr(const char **atts) {

@@ -58,25 +58,9 @@ void indexForget() {
 }
 
 GenNode *findChild(GenNode *parent, const char *name) {
-    int walked = 0;
-    for (GenNode *child = parent->child; child != nullptr; child = child->sibling) {
-        if (walked++ == indexAfter) {
-            break;
-        }
-        if (nameIs(child->name, name)) {
-            return child;
-        }
-    }
-    if (walked <= indexAfter) {
-        return nullptr;
-    }
-    if (!indexHas(parent)) {
-        indexOpen(parent);
-        for (GenNode *child = parent->child; child != nullptr; child = child->sibling) {
-            indexPut(parent, child->name, child);
-        }
-    }
-    return static_cast<GenNode *>(indexGet(parent, name));
+    return findIn(
+        parent, parent->child, [](GenNode *child) { return child->sibling; },
+        [](const GenNode *child) { return static_cast<const char *>(child->name); }, name);
 }
 
 GenNode *makeChild(GenNode *parent, const char *name, const char *fc, u8 nodeType, u8 level) {

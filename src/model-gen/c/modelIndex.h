@@ -29,34 +29,38 @@ inline bool nameIs(const char *candidate, const char *name) {
     return candidate != nullptr && *candidate == *name && std::strcmp(candidate, name) == 0;
 }
 
-// The first record of `list` whose `field` is `name`; null without one.
-template <auto link, auto field> auto *findNamed(TailedList &list, const char *name) {
-    using T = typename MemberOwner<decltype(link)>::type;
-    T *none = nullptr;
-    if (name == nullptr) {
-        return none;
-    }
-    int walked = 0;
-    for (T &record : records<link>(list)) {
-        if (walked++ == indexAfter) {
-            break;
-        }
-        if (nameIs(record.*field, name)) {
-            return &record;
+// The first of a chain of entries whose name is `name`; null without one. `list` is what the index
+// knows the chain by, `next` leads along it, `nameOf` may give null.
+template <class T, class Next, class NameOf>
+T *findIn(const void *list, T *first, Next next, NameOf nameOf, const char *name) {
+    T *entry = first;
+    for (int walked = 0; entry != nullptr && walked < indexAfter; ++walked, entry = next(entry)) {
+        if (nameIs(nameOf(entry), name)) {
+            return entry;
         }
     }
-    if (walked <= indexAfter) {
-        return none;
+    if (entry == nullptr) {
+        return nullptr;
     }
-    if (!indexHas(&list)) {
-        indexOpen(&list);
-        for (T &record : records<link>(list)) {
-            if (record.*field != nullptr) {
-                indexPut(&list, record.*field, &record);
+    if (!indexHas(list)) {
+        indexOpen(list);
+        for (entry = first; entry != nullptr; entry = next(entry)) {
+            if (nameOf(entry) != nullptr) {
+                indexPut(list, nameOf(entry), entry);
             }
         }
     }
-    return static_cast<T *>(indexGet(&list, name));
+    return static_cast<T *>(indexGet(list, name));
+}
+
+// The first record of `list` whose `field` is `name`; null without one, and for a null name.
+template <auto link, auto field> auto *findNamed(TailedList &list, const char *name) {
+    using T = typename MemberOwner<decltype(link)>::type;
+    return name == nullptr ? nullptr
+                           : findIn(
+                                 &list, listRecord<T, link>(list.next),
+                                 [](T *record) { return listRecord<T, link>((record->*link).next); },
+                                 [](T *record) { return record->*field; }, name);
 }
 
 // The first child of that name; null without one.

@@ -51,10 +51,9 @@ void *sclAlloc(std::size_t size, const char *funcName, const char *ifNull) {
     return block;
 }
 
-char *sclText(const char *text, const char *funcName, const char *ifNull) {
-    const std::size_t length = std::strlen(text);
-    char *copy = static_cast<char *>(sclAlloc(length + 1, funcName, ifNull));
-    std::memcpy(copy, text, length);
+char *sclText(std::string_view text, const char *funcName, const char *ifNull) {
+    char *copy = static_cast<char *>(sclAlloc(text.size() + 1, funcName, ifNull));
+    std::memcpy(copy, text.data(), text.size());
     return copy;
 }
 

@@ -3,6 +3,8 @@
 
 #include "platform/types.h"
 
+#include <string_view>
+
 namespace ied {
 
 // A text of the file for a message; empty for one that is not there.
@@ -17,11 +19,12 @@ void faultDetail(unsigned long line, const char *format, ...) __attribute__((for
 // The same, then ends the process with status 255.
 [[noreturn]] void sclFault(unsigned long line, const char *format, ...) __attribute__((format(printf, 2, 3)));
 
-// `size` zeroed octets of the model's pool; throws PoolFull. Without an answer of the pool `funcName`
-// and `ifNull` make the message that ends the process with status 255.
+// `size` zeroed octets of the model's pool; throws PoolFull. For a pool that answers null instead, as
+// another host's gMalloc may, `funcName` and `ifNull` make the message that ends the process with
+// status 255.
 void *sclAlloc(std::size_t size, const char *funcName, const char *ifNull);
 
-// A copy of `text` in the pool; sclAlloc's conditions.
-char *sclText(const char *text, const char *funcName, const char *ifNull);
+// A copy of `text` in the pool, with an end; sclAlloc's conditions.
+char *sclText(std::string_view text, const char *funcName, const char *ifNull);
 
 } // namespace ied

@@ -2,6 +2,7 @@
 // out to a client's socket.
 #pragma once
 
+#include "device/externGlbCfg.h"
 #include "platform/platform.h"
 #include "proto-process/c/packet.h"
 
@@ -28,7 +29,7 @@ struct ClientStat {
     u8 peerAddr[16]; // as accept gave it
     u32 pduSize;     // negotiated MMS PDU size; 0 is no limit of the client's
     u32 sendFail;    // failed sends since the last good one; shared
-    u8 supportServ[86];
+    u8 supportServ[serviceNum];
 };
 
 // Record of a client's open file.

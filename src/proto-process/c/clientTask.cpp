@@ -5,8 +5,10 @@
 #include "device/watchdog.h"
 #include "platform/shared.h"
 #include "proto-process/c/client.h"
+#include "proto-process/c/reportModel.h"
 #include "proto-process/c/serverStart.h"
-#include "proto-process/c/services.h"
+#include "proto-process/c/settingGroup.h"
+#include "proto-process/c/substitution.h"
 
 #include <cstdio>
 

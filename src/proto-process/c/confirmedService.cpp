@@ -7,8 +7,6 @@ namespace ied {
 
 namespace {
 
-constexpr u32 serviceLimit = 78; // numbers from here on are no confirmed services
-
 using Request = ConfirmedServiceRequest;
 using Response = ConfirmedServiceResponse;
 
@@ -62,7 +60,7 @@ i8 fileCloseProc(AsnInt frsmID, Response *response, u8 clientId) {
     return fileClose(frsmID, clientId);
 }
 
-// Whether the request of a served number has a body that is more than a word, and where it is.
+// Whether a request lacks the record that its service works on; some have none, or a mere word.
 bool lacksBody(const Request *request) {
     switch (request->choiceId) {
     case SvcStatus:
@@ -135,7 +133,7 @@ i8 dispatch(const Request *request, Response *response, u8 clientId) {
 
 i8 confirmedServiceProc(const ConfirmedServiceRequest *serviceRequest,
                         ConfirmedServiceResponse *serviceResponse, u8 clientId) {
-    if (serviceRequest == nullptr || serviceRequest->choiceId >= serviceLimit ||
+    if (serviceRequest == nullptr || serviceRequest->choiceId >= SvcAdditionalService ||
         clientStat[clientId].supportServ[serviceRequest->choiceId] == 0 || lacksBody(serviceRequest)) {
         return serviceReject;
     }

@@ -25,7 +25,7 @@ void appendName(AsnList *list, const char *name) {
 }
 
 // Next node in pre-order, `depth` levels below the logical nodes; null behind the last one.
-GenNode *nextNode(GenNode *node, int *depth) {
+GenNode *nextNamed(GenNode *node, int *depth) {
     if (hasChild(node)) {
         ++*depth;
         return node->child;
@@ -86,7 +86,7 @@ int getItemList(AsnList *list, const AsnOcts *domainName, const AsnOcts *continu
             return 0;
         }
         depth = itemDepth;
-        node = nextNode(node, &depth);
+        node = nextNamed(node, &depth);
     }
     u32 total = 0;
     while (node != nullptr) {
@@ -96,7 +96,7 @@ int getItemList(AsnList *list, const AsnOcts *domainName, const AsnOcts *continu
         total += static_cast<u32>(std::strlen(path)) + 2;
         // A page never ends on a name that the lookups refuse as too deep: it could not be continued.
         const int items = depth + 1;
-        node = nextNode(node, &depth);
+        node = nextNamed(node, &depth);
         if (total > pageOctets && items < externGlbCfg.maxDepth) {
             return 2;
         }

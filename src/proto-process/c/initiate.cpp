@@ -19,7 +19,6 @@ constexpr u32 parameterBits = 11;
 constexpr u32 parameterOctets = 2;
 constexpr u32 serviceBits = 85;
 constexpr u32 serviceOctets = 11;
-constexpr u32 serviceNum = 86; // one more than is announced: the table's own length
 
 constexpr u8 listEnd = 0xFF;
 

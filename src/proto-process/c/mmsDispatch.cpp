@@ -2,6 +2,7 @@
 #include "basicInterface/memory.h"
 #include "platform/shared.h"
 #include "proto-process/c/client.h"
+#include "proto-process/c/octets.h"
 #include "proto-process/c/services.h"
 
 #include <array>
@@ -35,8 +36,7 @@ void buildReject(MMSpdu *responsePdu, u32 choice, AsnInt reason) {
 
 void rejectRequest(MMSpdu *responsePdu, AsnInt invokeID, AsnInt reason) {
     buildReject(responsePdu, RejectPDUChoice::confirmedRequestPDU, reason);
-    responsePdu->rejectPDU_->originalInvokeID = MallocOf<AsnInt>();
-    *responsePdu->rejectPDU_->originalInvokeID = invokeID;
+    responsePdu->rejectPDU_->originalInvokeID = newAsnInt(invokeID);
 }
 
 void processConfirmedRequest(const Confirmed_RequestPDU *request, MMSpdu *responsePdu, u8 clientId) {

@@ -5,6 +5,7 @@
 #include "proto-process/c/reportModel.h"
 #include "proto-process/c/services.h"
 #include "proto-process/c/settingGroup.h"
+#include "proto-process/c/substitution.h"
 
 namespace ied {
 

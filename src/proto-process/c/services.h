@@ -58,9 +58,4 @@ bool procReadJournal(const ReadJournal_Request *request, ReadJournal_Response *r
 bool procInitializeJournal(const InitializeJournal_Request *request, UAsnInt *response, u8 clientId);
 bool procReportJournalStatus(const ObjectName *request, ReportJournalStatus_Response *response, u8 clientId);
 
-// What an association leaves behind is given back when it ends.
-void releaseClientRCB(u8 slot);
-void releaseClientSGCB(u8 slot);
-void releaseClientSV(u8 slot);
-
 } // namespace ied
