@@ -470,7 +470,8 @@ enum MmsService : u32 {
     SvcGetNamedVariableListAttributes = 12, SvcDeleteNamedVariableList = 13,
     SvcGetDomainAttributes = 37, SvcReadJournal = 65, SvcInitializeJournal = 67,
     SvcReportJournalStatus = 68, SvcFileOpen = 72, SvcFileRead = 73, SvcFileClose = 74,
-    SvcFileDirectory = 77, SvcAdditionalService = 78, SvcInformationReport = 79, SvcConclude = 83, SvcCancel = 84,
+    SvcFileDirectory = 77, SvcAdditionalService = 78, // the last confirmed one
+    SvcInformationReport = 79, SvcConclude = 83, SvcCancel = 84,
 };
 
 struct ConfirmedServiceRequest {

@@ -1,7 +1,6 @@
 #include "basicInterface/itemText.h"
 
 #include "basicInterface/memory.h"
-#include "basicInterface/nodeTree.h"
 #include "device/externGlbCfg.h"
 
 #include <cstring>

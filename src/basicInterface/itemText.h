@@ -1,4 +1,5 @@
-// The item form of a node's name, "LN$FC$DO$DA": how it is held against limits and cut at "$".
+// The item form of a node's name, "LN$FC$DO$DA": how it is held against limits and cut at "$", or a
+// text at any other character.
 #pragma once
 
 #include "asn1/berTypes.h"
@@ -41,5 +42,16 @@ inline std::string_view takeItem(std::string_view &rest) {
                                          : std::string_view{rest.data() + end + 1, rest.size() - end - 1};
     return item;
 }
+
+// Item splitting at "$" into `maxDepth` heap parts of the caller's array; returns the count.
+int analyseItemByStr(const char *text, char **parts);
+int analyseItemByOcts(const AsnOcts *octs, AsnOcts *parts);
+
+// Positions of the first and last `c`, or -1.
+int getFirstCharLoc(const char *text, char c);
+int getLastCharLoc(const char *text, char c);
+// What stands before or after the last `c` into `out`; false if there is none or it comes first.
+bool trimBefore(char *out, const char *text, char c);
+bool trimAfter(char *out, const char *text, char c);
 
 } // namespace ied

@@ -6,8 +6,6 @@
 #include "model-gen/c/genNode.h"
 #include "platform/shared.h"
 
-#include <ctime>
-
 namespace ied {
 
 // Which part of an array a Read wants.
@@ -79,10 +77,6 @@ inline constexpr int maxPathText = 400;
 inline constexpr int maxPathNodes = 16; // longest chain from a device to a leaf
 void getAllPath(const GenNode *node, char *out, bool withLd);
 
-// Item splitting at "$" into `maxDepth` heap parts of the caller's array; returns the count.
-int analyseItemByStr(const char *text, char **parts);
-int analyseItemByOcts(const AsnOcts *octs, AsnOcts *parts);
-
 // Domain, "/" and item with a terminator into `*out` (100 octets), or into a Malloc'ed block with
 // `alloc`. False for any but a domain-specific name or a text above 100 octets.
 bool objName2Ref(const ObjectName *objectName, bool alloc, char **out);
@@ -92,23 +86,5 @@ bool ref2ObjName(const char *text, bool alloc, ObjectName *objectName);
 void objectNameFromStr(ObjectName *objectName, const char *domainText, const char *itemText);
 void objectNameCopy(ObjectName *target, const ObjectName *source);
 bool objectNameCmp(const ObjectName *a, const ObjectName *b);
-
-// Positions of the first and last `c`, or -1.
-int getFirstCharLoc(const char *text, char c);
-int getLastCharLoc(const char *text, char c);
-// What stands before or after the last `c` into `out`; false if there is none or it comes first.
-bool trimBefore(char *out, const char *text, char c);
-bool trimAfter(char *out, const char *text, char c);
-
-// True when at least `ms` milliseconds have passed since tick `startTick`.
-bool isTimeOut(u32 startTick, u32 ms);
-// Compares by seconds, then milliseconds; `result` -1, 0 or 1. False for a null argument.
-bool timeStampCmp(const TimeStamp *a, const TimeStamp *b, int *result);
-// GeneralizedTime "YYYYMMDDhhmmssZ" of 15 heap octets; changes `tm` to full year and month.
-void generalizeTime(AsnOcts *octs, std::tm *tm);
-// "YYYY-MM-DD hh:mm:ss.mmm" in local time; null takes the clock.
-void sprintTime(const TimeStamp *timestamp, u32 size, char *out);
-// Fills `out` from the clock device; zero, after a message, if that fails.
-void getTimeStamp(TimeStamp *out);
 
 } // namespace ied

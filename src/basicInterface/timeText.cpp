@@ -1,26 +1,12 @@
+#include "basicInterface/timeText.h"
+
+#include "basicInterface/clock.h"
 #include "basicInterface/memory.h"
-#include "basicInterface/nodeTree.h"
-#include "platform/platform.h"
 
 #include <cstdio>
 #include <cstring>
 
 namespace ied {
-
-bool isTimeOut(u32 startTick, u32 ms) {
-    const u32 now = tickGet();
-    const u32 elapsed = now >= startTick ? now - startTick : now + (~u32{0} - startTick); // wrapped
-    return u64{elapsed} * 1000 / sysClkRateGet() >= ms;
-}
-
-bool timeStampCmp(const TimeStamp *a, const TimeStamp *b, int *result) {
-    if (a == nullptr || b == nullptr) {
-        return false;
-    }
-    const auto order = [](u32 x, u32 y) { return x < y ? -1 : static_cast<int>(x > y); };
-    *result = a->sec != b->sec ? order(a->sec, b->sec) : order(a->ms, b->ms);
-    return true;
-}
 
 void generalizeTime(AsnOcts *octs, std::tm *tm) {
     tm->tm_year += 1900;

@@ -1,6 +1,6 @@
 // The door to the device manager: opening what it shares with this process (peerInterface.h), its
 // commands, and the seams that this device has nothing behind. Time comes from getTimeStamp
-// (nodeTree.h), which reads the clock device opened here.
+// (clock.h), which reads the clock device opened here.
 #pragma once
 
 #include "basicInterface/clock.h"

@@ -1,6 +1,6 @@
 // One refresh a block of the region: its table, its time and what is its own.
 #include "DebugInfo/DebugInfo.h"
-#include "basicInterface/nodeTree.h"
+#include "basicInterface/clock.h"
 #include "device/measRefresh.h"
 #include "device/region.h"
 

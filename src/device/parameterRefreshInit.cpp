@@ -1,7 +1,7 @@
 // First state of the whole mirror: fixed values, records that nothing feeds, and everything that
 // hangs on the parameters.
 #include "DebugInfo/DebugInfo.h"
-#include "basicInterface/nodeTree.h"
+#include "basicInterface/clock.h"
 #include "device/measTables.h"
 #include "device/parameterRefresh.h"
 #include "device/privateConfig.h"

@@ -1,6 +1,7 @@
 // What hangs on a parameter: validity of inputs, outputs and counters, texts and units of setpoints,
 // rated values, units of harmonics.
 #include "DebugInfo/DebugInfo.h"
+#include "basicInterface/clock.h"
 #include "basicInterface/nodeTree.h"
 #include "device/addressBinding.h"
 #include "device/measRefresh.h"

@@ -1,6 +1,6 @@
 #include "device/statusRefresh.h"
 
-#include "basicInterface/nodeTree.h"
+#include "basicInterface/clock.h"
 #include "device/region.h"
 
 namespace ied {

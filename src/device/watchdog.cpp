@@ -1,6 +1,6 @@
 #include "device/watchdog.h"
 
-#include "basicInterface/nodeTree.h"
+#include "basicInterface/clock.h"
 #include "device/externGlbCfg.h"
 #include "device/peerInterface.h"
 #include "platform/shared.h"

@@ -1,6 +1,8 @@
 // Names and references of the model: finding a node, naming one, and the small text and time helpers.
 #include "basicInterface/clock.h"
+#include "basicInterface/itemText.h"
 #include "basicInterface/memory.h"
+#include "basicInterface/timeText.h"
 #include "device/externGlbCfg.h"
 #include "platform/platform.h"
 #include "tests/support/smallModel.h"

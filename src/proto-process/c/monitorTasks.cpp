@@ -1,7 +1,7 @@
 #include "proto-process/c/monitorTasks.h"
 
 #include "DebugInfo/DebugInfo.h"
-#include "basicInterface/nodeTree.h"
+#include "basicInterface/clock.h"
 #include "device/addressBinding.h"
 #include "device/watchdog.h"
 #include "proto-process/c/controlModel.h"
