@@ -1,5 +1,5 @@
 // The value records of ISO 8823 presentation and ISO 8650 ACSE, as far as a responder of MMS
-// associations sends and receives them. The rules are those of mmsTypes.h.
+// associations sends and receives them. The rules are those of mmsDataTypes.h.
 #pragma once
 
 #include "asn1/mmsTypes.h"

@@ -2,7 +2,7 @@
 // is a structure whose members follow the order of the children.
 #pragma once
 
-#include "asn1/mmsTypes.h"
+#include "asn1/mmsDataTypes.h"
 #include "basicInterface/nodeTree.h"
 #include "platform/platform.h"
 

@@ -1,7 +1,7 @@
 // Parts of nested Data, from the heap or, where a pool is given, from that pool.
 #pragma once
 
-#include "asn1/mmsTypes.h"
+#include "asn1/mmsDataTypes.h"
 #include "basicInterface/memory.h"
 #include "basicInterface/memoryPool.h"
 

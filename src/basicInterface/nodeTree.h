@@ -2,7 +2,7 @@
 // back. Nothing here changes the tree, so nothing here takes a lock.
 #pragma once
 
-#include "asn1/mmsTypes.h"
+#include "asn1/mmsDataTypes.h"
 #include "model-gen/c/genNode.h"
 #include "platform/shared.h"
 

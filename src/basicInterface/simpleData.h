@@ -2,7 +2,7 @@
 // No function here takes a lock.
 #pragma once
 
-#include "asn1/mmsTypes.h"
+#include "asn1/mmsDataTypes.h"
 #include "basicInterface/nodeTree.h"
 
 namespace ied {

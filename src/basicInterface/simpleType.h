@@ -2,7 +2,7 @@
 // Data carries it and how its type is described. Everything about a type derives from its row.
 #pragma once
 
-#include "asn1/mmsTypes.h"
+#include "asn1/mmsDataTypes.h"
 #include "model-gen/c/genNode.h"
 
 namespace ied {

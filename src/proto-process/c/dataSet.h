@@ -7,7 +7,7 @@
 // lock is needed.
 #pragma once
 
-#include "asn1/mmsTypes.h"
+#include "asn1/mmsDataTypes.h"
 #include "basicInterface/nodeTree.h"
 #include "platform/platform.h"
 
