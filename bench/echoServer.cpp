@@ -58,7 +58,7 @@ void serve(int fd, EchoKind kind, const Exchange &exchange) {
             continue;
         }
         held -= exchange.requestOctets;
-        for (const std::string &frame : exchange.frames) {
+        for (const std::vector<u8> &frame : exchange.frames) {
             if (send(fd, frame.data(), frame.size(), MSG_DONTWAIT | MSG_NOSIGNAL) < 0) {
                 return;
             }

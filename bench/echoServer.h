@@ -2,8 +2,9 @@
 // Each is a process of its own that serves one connection after the other.
 #pragma once
 
+#include "platform/types.h"
+
 #include <cstdint>
-#include <string>
 #include <sys/types.h>
 #include <vector>
 
@@ -18,7 +19,7 @@ enum class EchoKind {
 // An exchange: a request of `requestOctets` is answered with `frames`, a send each.
 struct Exchange {
     std::size_t requestOctets;
-    std::vector<std::string> frames;
+    std::vector<std::vector<u8>> frames;
 };
 
 struct EchoServer {

@@ -58,7 +58,7 @@ void takePrimitives(std::string_view &text, std::vector<std::string> &values) {
     std::string_view content = text.substr(0, 2 * length);
     text.remove_prefix(2 * length);
     if (!constructed) {
-        values.push_back(octets(std::string(content)));
+        values.push_back(characters(content));
     }
     while (constructed && !content.empty()) {
         takePrimitives(content, values);
@@ -134,7 +134,7 @@ struct Peer {
 // One request, answered by the server and by an echo server of each kind.
 struct Case {
     const char *name;
-    std::string request;
+    std::vector<u8> request;
     Exchange exchange;
     int leaves;
     Peer server, paced, bare;
@@ -142,8 +142,8 @@ struct Case {
     std::unique_ptr<EchoServer> pacedServer, bareServer;
 };
 
-std::vector<std::string> exchangeOnce(RawClient &client, const std::string &request) {
-    std::vector<std::string> frames;
+std::vector<std::vector<u8>> exchangeOnce(RawClient &client, const std::vector<u8> &request) {
+    std::vector<std::vector<u8>> frames;
     sendOctets(client, request);
     do {
         const std::optional<std::string> frame = receiveFrame(client);
@@ -176,9 +176,9 @@ void prepare(Case &c, const Peer &server, RawClient &client, const char *name,
 }
 
 void askRepeatedly(Peer &peer, const RawClient &client, const Case &c, int requests) {
-    std::string answer;
-    for (const std::string &frame : c.exchange.frames) {
-        answer += frame;
+    std::vector<u8> answer;
+    for (const std::vector<u8> &frame : c.exchange.frames) {
+        answer.insert(answer.end(), frame.begin(), frame.end());
     }
     const auto settle = [] { std::this_thread::sleep_for(Milliseconds{3}); };
     settle();
@@ -209,7 +209,7 @@ void measure(std::array<Case, 4> &cases, const RawClient &client) {
 
 void printCase(const Case &c, double bound) {
     std::size_t answer = 0;
-    for (const std::string &frame : c.exchange.frames) {
+    for (const std::vector<u8> &frame : c.exchange.frames) {
         answer += frame.size();
     }
     const Rounds &server = c.server.spent, &paced = c.paced.spent, &bare = c.bare.spent;

@@ -1,6 +1,7 @@
 // The life of an association, octet by octet.
 #include "tests/support/serverFixture.h"
 
+using ied::u8;
 using namespace ied::test;
 
 namespace {
@@ -15,10 +16,10 @@ const std::string identifyHex = confirmedRequest(5, "82 00");
 const std::string identifyAnswerHex = canonical("A1 1E 02 01 05 A2 19 80 03 4F 52 56 81 06 51 54 4D 35 2D 32"
                                                 "82 0A 56 31 2E 33 31 35 30 35 31 39");
 
-// TPDUs of the user data in `frame`, cut after `cut` octets.
-std::string inTwoTpdus(const std::string &frame, std::size_t cut) {
-    const std::string data = canonical(frame).substr(14);
-    return tpkt("02F000" + data.substr(0, 2 * cut)) + tpkt("02F080" + data.substr(2 * cut));
+// TPDUs of the user data in `whole`, cut after `cut` octets.
+std::string inTwoTpdus(const std::string &whole, std::size_t cut) {
+    const std::string data = canonical(whole).substr(14);
+    return frame(data.substr(0, 2 * cut), false) + frame(data.substr(2 * cut));
 }
 
 } // namespace
@@ -28,8 +29,8 @@ TEST_F(AssociationWire, a_client_connects_asks_concludes_and_releases) {
     ASSERT_TRUE(associate(client, server->port));
     EXPECT_EQ(ask(client, identifyHex), identifyAnswerHex);
     EXPECT_EQ(ask(client, concludeRequestHex), canonical(concludeResponseHex));
-    sendHex(client, releaseRequestHex);
-    EXPECT_EQ(receiveFrame(client), canonical(releaseResponseHex));
+    sendHex(client, releaseFrame());
+    EXPECT_EQ(receiveFrame(client), releaseReply);
     EXPECT_TRUE(closedByPeer(client));
 }
 
@@ -58,9 +59,9 @@ TEST_F(AssociationWire, requests_before_their_time_get_silence_and_do_no_harm) {
     sendHex(client, connectionRequestHex);
     EXPECT_EQ(receiveFrame(client), canonical(connectionConfirmHex));
     sendHex(client, dataFrame(identifyHex));
-    sendHex(client, releaseRequestHex);
+    sendHex(client, releaseFrame());
     sendHex(client, associateRequestHex);
-    EXPECT_EQ(receiveFrame(client), canonical(associateResponseHex));
+    EXPECT_EQ(receiveFrame(client), canonical(connectReply));
     EXPECT_EQ(ask(client, identifyHex), identifyAnswerHex);
 }
 
@@ -68,12 +69,14 @@ TEST_F(AssociationWire, a_request_in_single_octets_is_answered_once) {
     RawClient client;
     connectTo(client, server->port);
     for (const std::string &frame : {std::string(connectionRequestHex), std::string(associateRequestHex)}) {
-        for (char octet : octets(frame))
-            ASSERT_TRUE(sendOctets(client, std::string(1, octet)) && takenByPeer(client));
+        for (const u8 octet : octets(frame)) {
+            ASSERT_TRUE(sendOctets(client, {&octet, 1}) && takenByPeer(client));
+        }
         EXPECT_TRUE(receiveFrame(client));
     }
-    for (char octet : octets(dataFrame(identifyHex)))
-        ASSERT_TRUE(sendOctets(client, std::string(1, octet)) && takenByPeer(client));
+    for (const u8 octet : octets(dataFrame(identifyHex))) {
+        ASSERT_TRUE(sendOctets(client, {&octet, 1}) && takenByPeer(client));
+    }
     EXPECT_EQ(receiveMms(client), identifyAnswerHex);
     EXPECT_EQ(ask(client, concludeRequestHex), canonical(concludeResponseHex)); // nothing in between
 }
@@ -88,7 +91,7 @@ TEST_F(AssociationWire, requests_in_one_segment_are_answered_in_their_order) {
     for (int id = 1; id <= 20; ++id) {
         const std::optional<std::string> answer = receiveMms(client);
         ASSERT_TRUE(answer);
-        EXPECT_EQ(answer->substr(4, 6), canonical("02 01") + hex(std::string(1, static_cast<char>(id))));
+        EXPECT_EQ(answer->substr(4, 6), "0201" + hexNumber(static_cast<std::size_t>(id), 1));
     }
 }
 
@@ -97,12 +100,14 @@ TEST_F(AssociationWire, a_request_in_fragments_is_answered_wherever_it_is_cut) {
     ASSERT_TRUE(associate(client, server->port));
     const std::string frame = dataFrame(identifyHex);
     for (std::size_t cut = 1; cut < frame.size() / 2 - 8; ++cut) {
-        const std::string fragments = octets(inTwoTpdus(frame, cut));
+        const std::vector<u8> fragments = octets(inTwoTpdus(frame, cut));
+        const std::span<const u8> all = fragments;
         // The second fragment arrives in three pieces of its own.
         const std::size_t first = 7 + cut;
-        for (const std::string &piece : {fragments.substr(0, first), fragments.substr(first, 3),
-                                         fragments.substr(first + 3, 4), fragments.substr(first + 7)})
+        for (const std::span<const u8> piece :
+             {all.first(first), all.subspan(first, 3), all.subspan(first + 3, 4), all.subspan(first + 7)}) {
             ASSERT_TRUE(sendOctets(client, piece) && takenByPeer(client));
+        }
         ASSERT_EQ(receiveMms(client), identifyAnswerHex) << "cut after " << cut;
     }
 }

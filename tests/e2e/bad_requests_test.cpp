@@ -103,13 +103,9 @@ std::string connectWith(const std::string &selectors, const std::string &context
     const std::string initiate =
         "A8 26 80 03 00 FD E8 81 01 01 82 01 05 83 01 05 A4 16 80 01 01 81 03 05 F1 00"
         "82 0C 03 EE 1C 00 00 04 08 00 00 79 EF 18";
-    const std::string external = tlv("28", "06 02 51 01 02 01 03" + tlv("A0", initiate));
-    const std::string aarq = tlv("60", "A1 07 06 05 28 CA 22 02 03" + fields + tlv("BE", external));
-    const std::string user = tlv("61", tlv("30", "02 01 01" + tlv("A0", aarq)));
+    const std::string user = tlv("61", tlv("30", "02 01 01" + tlv("A0", aarq(initiate, fields))));
     const std::string cp = tlv("31", "A0 03 80 01 01" + tlv("A2", contexts + "88 02 06 00" + user));
-    const auto length = [](const std::string &text) {
-        return hex(std::string(1, static_cast<char>(canonical(text).size() / 2)));
-    };
+    const auto length = [](const std::string &text) { return hexNumber(octets(text).size(), 1); };
     const std::string spdu = "05 06 13 01 00 16 01 02 14 02 00 02" + selectors + "C1" + length(cp) + cp;
     return tpkt("02 F0 80 0D" + (sessionLength.empty() ? length(spdu) : sessionLength + length(spdu)) + spdu);
 }
@@ -196,11 +192,11 @@ TEST_F(BadRequests, a_proposed_size_of_any_number_is_answered_or_ignored) {
         connectTo(client, server->port);
         sendHex(client, connectionRequestHex);
         ASSERT_EQ(receiveFrame(client), canonical(connectionConfirmHex));
-        const std::string request = associateRequest(tlv("A8", proposal.size + rest));
+        const std::string request = connectFrame(tlv("A8", proposal.size + rest));
         sendApart(client, request);
         if (*proposal.agreed == 0) { // the right one then comes first
             sendHex(client, associateRequestHex);
-            EXPECT_EQ(receiveFrame(client), canonical(associateResponseHex)) << proposal.size;
+            EXPECT_EQ(receiveFrame(client), canonical(connectReply)) << proposal.size;
         } else {
             EXPECT_NE(
                 receiveFrame(client).value_or("silence").find(canonical(proposal.agreed) + "810101820105"),
@@ -219,12 +215,12 @@ TEST_F(BadRequests, requests_under_way_are_answered_before_a_conclude_a_cancel_a
         bool closes;
     };
     const std::string one = dataFrame(read(1, "ZRX418MEAS", "MMXU1$MX"));
-    for (const End &end : {End{"conclude", dataFrame(concludeRequestHex),
-                               "03 00 00 17 02 F0 80 01 00 01 00 61 0A 30 08 02 01 03 A0 03", false},
-                           End{"cancel", dataFrame("85 01 01"), "", false},
-                           End{"release", releaseRequestHex, releaseResponseHex, true},
-                           End{"abort", tpkt("02 F0 80 64 03 80 01 07"),
-                               "03 00 00 10 02 F0 80 19 07 11 01 05 31 02 32 10", true}}) {
+    for (const End &end :
+         {End{"conclude", dataFrame(concludeRequestHex),
+              "03 00 00 17 02 F0 80 01 00 01 00 61 0A 30 08 02 01 03 A0 03", false},
+          End{"cancel", dataFrame("85 01 01"), "", false}, End{"release", releaseFrame(), releaseReply, true},
+          End{"abort", tpkt("02 F0 80 64 03 80 01 07"), "03 00 00 10 02 F0 80 19 07 11 01 05 31 02 32 10",
+              true}}) {
         RawClient client;
         ASSERT_TRUE(associate(client, server->port));
         sendHex(client, one + one + one + end.frame);
@@ -287,11 +283,11 @@ TEST_F(BadRequests, an_associate_with_one_odd_part_is_accepted_or_ignored) {
         if (!odd.accepted) {
             sendHex(client, associateRequestHex);
         }
-        EXPECT_EQ(receiveFrame(client), canonical(associateResponseHex)) << odd.name;
+        EXPECT_EQ(receiveFrame(client), canonical(connectReply)) << odd.name;
         EXPECT_TRUE(stillServed(client)) << odd.name;
         sendApart(client, odd.frame); // once more, where none is due
         EXPECT_TRUE(stillServed(client)) << odd.name;
-        EXPECT_EQ(client.pending, "") << odd.name;
+        EXPECT_EQ(hexText(client.pending), "") << odd.name;
     }
 }
 

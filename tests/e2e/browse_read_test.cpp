@@ -17,11 +17,7 @@ constexpr std::size_t powerAt = 21576;
 constexpr std::size_t frequencyAt = 58616;
 
 std::string floatData(float value) {
-    const std::uint32_t bits = std::bit_cast<std::uint32_t>(value);
-    std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8)
-        text.push_back(static_cast<char>(bits >> shift));
-    return "870508" + hex(text);
+    return "870508" + hexNumber(std::bit_cast<std::uint32_t>(value), 4);
 }
 
 void setMeasurements(Region &region, float voltage, float power, float frequency, std::uint32_t seconds) {
@@ -73,7 +69,7 @@ NameList namesOf(const std::string &answer) {
     while (at < end) {
         at += 2; // 1A
         const std::size_t length = lengthAt(answer, at);
-        list.names.push_back(octets(answer.substr(at, length)));
+        list.names.push_back(characters(answer.substr(at, length)));
         at += length;
     }
     list.more = answer.substr(end) != "810100";

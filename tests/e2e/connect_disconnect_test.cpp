@@ -49,8 +49,8 @@ void visit(std::uint16_t port, int number) {
     default:
         EXPECT_TRUE(associate(client, port));
         EXPECT_TRUE(ask(client, concludeRequestHex));
-        sendHex(client, releaseRequestHex);
-        EXPECT_EQ(receiveFrame(client), canonical(releaseResponseHex));
+        sendHex(client, releaseFrame());
+        EXPECT_EQ(receiveFrame(client), releaseReply);
         EXPECT_TRUE(closedByPeer(client));
     }
 }

@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 #include <thread>
 
+using ied::u8;
 using namespace ied::test;
 
 namespace {
@@ -50,7 +51,7 @@ TEST_F(EightClients, all_read_without_pause_and_each_gets_its_own_answers) {
                 const int id = static_cast<int>(i) * 10 + round % 10;
                 const std::string answer = ask(client, read(id, "ZRX418MEAS", "MMXU1$ST$Mod")).value_or("");
                 good += answer.size() > 12 &&
-                        answer.substr(4, 6) == "0201" + hex(std::string(1, static_cast<char>(id)));
+                        answer.substr(4, 6) == "0201" + hexNumber(static_cast<std::size_t>(id), 1);
             }
         });
     }
@@ -92,7 +93,7 @@ TEST_F(EightClients, a_ninth_waits_while_they_read_without_pause_and_is_served_w
     leave[3] = true;
     EXPECT_EQ(receiveFrame(ninth), canonical(connectionConfirmHex));
     sendHex(ninth, associateRequestHex);
-    EXPECT_EQ(receiveFrame(ninth), canonical(associateResponseHex));
+    EXPECT_EQ(receiveFrame(ninth), canonical(connectReply));
     answers[3] = answers[0] + 1000;
     EXPECT_TRUE(allGotMore(answers[0] + 20)) << "the others go on";
     std::fill(std::begin(leave), std::end(leave), true);
@@ -110,7 +111,7 @@ TEST_F(EightClients, one_that_never_reads_is_dropped_and_holds_nobody_up) {
     ASSERT_TRUE(associate(other, server->port));
     std::atomic<bool> dropped = false;
     std::thread writer([&] {
-        const std::string frame = octets(readHex);
+        const std::vector<u8> frame = octets(readHex);
         for (int i = 0; i < 100000 && sendOctets(deaf, frame); ++i) {
         }
         dropped = true;
@@ -129,8 +130,8 @@ TEST_F(EightClients, one_that_sends_an_octet_now_and_then_holds_nobody_up) {
     connectTo(slow, server->port);
     RawClient other;
     ASSERT_TRUE(associate(other, server->port));
-    for (char octet : octets(connectionRequestHex)) {
-        ASSERT_TRUE(sendOctets(slow, std::string(1, octet)));
+    for (const u8 octet : octets(connectionRequestHex)) {
+        ASSERT_TRUE(sendOctets(slow, {&octet, 1}));
         ASSERT_TRUE(ask(other, read(1, "ZRX418MEAS", "LLN0$ST$Mod")));
     }
     EXPECT_EQ(receiveFrame(slow), canonical(connectionConfirmHex));

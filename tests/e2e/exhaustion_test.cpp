@@ -19,8 +19,8 @@ class Exhaustion : public ServerSuite {
   protected:
     // Services 2, 4, 11 and so on: with those that define data sets. Buffers hold a message of 1 MiB.
     static void SetUpTestSuite() {
-        expectedAssociateResponse = associateResponseHex;
-        const std::string services = "03 EE 0C 00 00 04", withDefine = "03 EE 1C 00 00 04";
+        expectedAssociateResponse = connectReply;
+        const std::string services = "03EE0C000004", withDefine = "03EE1C000004";
         expectedAssociateResponse.replace(expectedAssociateResponse.find(services), services.size(),
                                           withDefine);
         startSuite({"",
@@ -73,11 +73,10 @@ std::string definitionError(const std::string &code) {
 
 // A message of any length in TPDUs of 60,000 octets.
 std::string askInParts(RawClient &client, const std::string &mmsPdu) {
-    const std::string data = octets("01000100" + tlv("61", tlv("30", "020103" + tlv("A0", mmsPdu))));
-    constexpr std::size_t part = 60000;
+    const std::string data = dataTsdu(mmsPdu);
+    constexpr std::size_t part = 2 * 60000;
     for (std::size_t at = 0; at < data.size(); at += part) {
-        const std::string head = at + part < data.size() ? "02F000" : "02F080";
-        EXPECT_TRUE(sendOctets(client, octets(tpkt(head + hex(data.substr(at, part))))));
+        sendHex(client, frame(data.substr(at, part), at + part >= data.size()));
     }
     return receiveMms(client).value_or("silence");
 }

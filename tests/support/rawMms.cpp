@@ -1,18 +1,8 @@
 #include "tests/support/rawMms.h"
 
-#include <stdexcept>
-
 namespace ied::test {
 
 namespace {
-
-std::string numberHex(std::size_t value, std::size_t width) {
-    std::string text;
-    for (std::size_t i = width; i-- > 0;) {
-        text.push_back(static_cast<char>(value >> (8 * i)));
-    }
-    return hex(text);
-}
 
 // Position behind the header of the element at `at` of a hex text.
 std::size_t contentAt(const std::string &text, std::size_t at) {
@@ -23,43 +13,6 @@ std::size_t contentAt(const std::string &text, std::size_t at) {
 
 } // namespace
 
-std::string ascii(const std::string &text) {
-    return hex(text);
-}
-
-std::string tlv(const std::string &tag, const std::string &content) {
-    const std::string body = canonical(content);
-    const std::size_t length = body.size() / 2;
-    const std::string form = length < 128 ? "" : length < 256 ? "81" : length < 65536 ? "82" : "83";
-    return canonical(tag) + form + numberHex(length, length < 256 ? 1 : length < 65536 ? 2 : 3) + body;
-}
-
-std::string tpkt(const std::string &tpdu) {
-    const std::string body = canonical(tpdu);
-    return "0300" + numberHex(body.size() / 2 + 4, 2) + body;
-}
-
-std::string dataFrame(const std::string &mmsPdu) {
-    return tpkt("02F080 01000100" + tlv("61", tlv("30", "020103" + tlv("A0", mmsPdu))));
-}
-
-std::string associateRequest(const std::string &initiatePdu) {
-    const std::string external = tlv("28", "06 02 51 01 02 01 03" + tlv("A0", initiatePdu));
-    const std::string aarq = tlv("60", "A1 07 06 05 28 CA 22 02 03" + tlv("BE", external));
-    const std::string user = tlv("61", tlv("30", "02 01 01" + tlv("A0", aarq)));
-    const std::string contexts = "A4 23 30 0F 02 01 01 06 04 52 01 00 01 30 04 06 02 51 01"
-                                 "30 10 02 01 03 06 05 28 CA 22 02 01 30 04 06 02 51 01";
-    const std::string cp = tlv("31", "A0 03 80 01 01" + tlv("A2", "81 04 00 00 00 01 82 04 00 00 00 01" +
-                                                                      contexts + "88 02 06 00" + user));
-    const std::string spdu =
-        "05 06 13 01 00 16 01 02 14 02 00 02 33 02 00 01 34 02 00 01 C1" + numberHex(cp.size() / 2, 1) + cp;
-    return tpkt("02 F0 80 0D" + numberHex(canonical(spdu).size() / 2, 1) + spdu);
-}
-
-std::string confirmedRequest(int invokeId, const std::string &service) {
-    return tlv("A0", "0201" + numberHex(static_cast<std::size_t>(invokeId), 1) + service);
-}
-
 std::string objectName(const std::string &domain, const std::string &item) {
     return tlv("A1", tlv("1A", ascii(domain)) + tlv("1A", ascii(item)));
 }
@@ -67,7 +20,7 @@ std::string objectName(const std::string &domain, const std::string &item) {
 std::string getNameList(int invokeId, int objectClass, const std::string &domain, const std::string &after) {
     const std::string scope = domain.empty() ? "8000" : tlv("81", ascii(domain));
     const std::string list =
-        tlv("A0", "8001" + numberHex(static_cast<std::size_t>(objectClass), 1)) + tlv("A1", scope);
+        tlv("A0", "8001" + hexNumber(static_cast<std::size_t>(objectClass), 1)) + tlv("A1", scope);
     return confirmedRequest(invokeId, tlv("A1", list + (after.empty() ? "" : tlv("82", ascii(after)))));
 }
 

@@ -4,6 +4,7 @@
 #include "basicInterface/memory.h"
 #include "basicInterface/simpleData.h"
 #include "device/externGlbCfg.h"
+#include "tests/support/hex.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -232,22 +233,12 @@ VariableList::~VariableList() {
 
 namespace {
 
-std::string hex(const u8 *octets, u32 length) {
-    std::string text;
-    char digits[3];
-    for (u32 i = 0; i < length; ++i) {
-        std::snprintf(digits, sizeof digits, "%02X", octets[i]);
-        text += digits;
-    }
-    return text;
-}
-
 std::string showOcts(const char *label, const AsnOcts *octs, bool asText) {
     if (octs == nullptr || octs->octs == nullptr) {
         return "nothing";
     }
     return std::string(label) + (asText ? std::string(reinterpret_cast<char *>(octs->octs), octs->octetLen)
-                                        : hex(octs->octs, octs->octetLen));
+                                        : hexText({octs->octs, octs->octetLen}));
 }
 
 std::string showVectors(const DataArrayVec &vec) {
@@ -255,7 +246,7 @@ std::string showVectors(const DataArrayVec &vec) {
     for (const auto &[label, octs] : {std::pair{" mag(", vec.mag}, std::pair{" ang(", vec.ang}}) {
         text += label;
         for (u32 i = 0; octs != nullptr && i < vec.count; ++i) {
-            text += (i == 0 ? "" : ", ") + hex(octs[i].octs, octs[i].octetLen);
+            text += (i == 0 ? "" : ", ") + hexText({octs[i].octs, octs[i].octetLen});
         }
         text += octs == nullptr ? "-)" : ")";
     }
@@ -285,7 +276,7 @@ std::string show(const Data *data) {
         return "bool " + std::to_string(data->bool_);
     case Data::bitString:
         return "bits " + std::to_string(data->bits->bitLen) + ":" +
-               hex(data->bits->bits, (data->bits->bitLen + 7) / 8);
+               hexText({data->bits->bits, (data->bits->bitLen + 7) / 8});
     case Data::integer:
         return "int " + std::to_string(data->int_);
     case Data::unsignedInt:

@@ -20,13 +20,6 @@ namespace ied::test {
 
 namespace {
 
-int digit(char c) {
-    return c >= '0' && c <= '9'   ? c - '0'
-           : c >= 'a' && c <= 'f' ? c - 'a' + 10
-           : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                  : -1;
-}
-
 sockaddr_in localAddress(std::uint16_t port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -88,12 +81,12 @@ Arrival receiveSome(RawClient &client, Milliseconds limit) {
     if (poll(&entry, 1, static_cast<int>(limit.count())) <= 0) {
         return Arrival::none;
     }
-    char buffer[65536];
+    u8 buffer[65536];
     const ssize_t count = recv(client.socket, buffer, sizeof buffer, 0);
     if (count <= 0) {
         return Arrival::end;
     }
-    client.pending.append(buffer, static_cast<std::size_t>(count));
+    client.pending.insert(client.pending.end(), buffer, buffer + count);
     return Arrival::some;
 }
 
@@ -103,42 +96,6 @@ Milliseconds left(std::chrono::steady_clock::time_point deadline) {
 }
 
 } // namespace
-
-std::string octets(const std::string &text) {
-    std::string out;
-    int high = -1;
-    for (char c : text) {
-        if (c == ' ' || c == '\n') {
-            continue;
-        }
-        const int value = digit(c);
-        if (value < 0) {
-            throw std::runtime_error("no hex text: " + text);
-        }
-        if (high >= 0) {
-            out.push_back(static_cast<char>(high << 4 | value));
-        }
-        high = high >= 0 ? -1 : value;
-    }
-    if (high >= 0) {
-        throw std::runtime_error("odd hex text: " + text);
-    }
-    return out;
-}
-
-std::string hex(const std::string &text) {
-    static const char digits[] = "0123456789ABCDEF";
-    std::string out;
-    for (char c : text) {
-        out.push_back(digits[static_cast<unsigned char>(c) >> 4]);
-        out.push_back(digits[static_cast<unsigned char>(c) & 15]);
-    }
-    return out;
-}
-
-std::string canonical(const std::string &text) {
-    return hex(octets(text));
-}
 
 std::uint16_t freePort() {
     std::uint16_t port = 0;
@@ -192,10 +149,10 @@ void vanish(RawClient &client) {
     disconnect(client);
 }
 
-bool sendOctets(RawClient &client, const std::string &text) {
+bool sendOctets(RawClient &client, std::span<const u8> octets) {
     std::size_t done = 0;
-    while (done < text.size()) {
-        const ssize_t count = send(client.socket, text.data() + done, text.size() - done, MSG_NOSIGNAL);
+    while (done < octets.size()) {
+        const ssize_t count = send(client.socket, octets.data() + done, octets.size() - done, MSG_NOSIGNAL);
         if (count <= 0) {
             return false;
         }
@@ -204,8 +161,8 @@ bool sendOctets(RawClient &client, const std::string &text) {
     return true;
 }
 
-void sendHex(RawClient &client, const std::string &text) {
-    sendOctets(client, octets(text));
+void sendHex(RawClient &client, std::string_view hex) {
+    sendOctets(client, octets(hex));
 }
 
 bool takenByPeer(const RawClient &client, Milliseconds limit) {
@@ -221,15 +178,12 @@ bool takenByPeer(const RawClient &client, Milliseconds limit) {
 std::optional<std::string> receiveFrame(RawClient &client, Milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     for (;;) {
-        const std::string &in = client.pending;
-        const std::size_t length = in.size() < 4
-                                       ? 0
-                                       : static_cast<std::size_t>(static_cast<unsigned char>(in[2])) << 8 |
-                                             static_cast<unsigned char>(in[3]);
+        std::vector<u8> &in = client.pending;
+        const std::size_t length = in.size() < 4 ? 0 : std::size_t{in[2]} << 8 | in[3];
         if (length >= 4 && in.size() >= length) {
-            const std::string frame = in.substr(0, length);
-            client.pending.erase(0, length);
-            return hex(frame);
+            const std::string frame = hexText({in.data(), length});
+            in.erase(in.begin(), in.begin() + static_cast<std::ptrdiff_t>(length));
+            return frame;
         }
         if (receiveSome(client, left(deadline)) != Arrival::some) {
             return std::nullopt;

@@ -1,22 +1,14 @@
-// TCP ends of the tests that know octets only, as hex texts in which blanks mean nothing.
+// TCP ends of the tests that know octets only, as hex texts.
 #pragma once
 
+#include "tests/support/hex.h"
 #include "tests/support/process.h"
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <thread>
-#include <vector>
 
 namespace ied::test {
-
-// "03 00 00 16" to octets; anything but pairs of hex digits and blanks is a fault of the test.
-std::string octets(const std::string &hex);
-// Octets to "03000016".
-std::string hex(const std::string &octets);
-// A hex text without its blanks, in capitals: what hex() gives for its octets.
-std::string canonical(const std::string &hex);
 
 // A port of this host that nothing listens on.
 std::uint16_t freePort();
@@ -29,7 +21,7 @@ struct RawClient {
     RawClient &operator=(RawClient &&other) noexcept;
     ~RawClient();
     int socket = -1;
-    std::string pending; // received behind the frames given out
+    std::vector<u8> pending; // received behind the frames given out
 };
 
 // Connects to a port of this host; waits until something listens there.
@@ -37,8 +29,8 @@ void connectTo(RawClient &client, std::uint16_t port, Milliseconds limit = gener
 void disconnect(RawClient &client);
 // Closes with a reset instead of a FIN.
 void vanish(RawClient &client);
-void sendHex(RawClient &client, const std::string &hex);
-bool sendOctets(RawClient &client, const std::string &octets);
+void sendHex(RawClient &client, std::string_view hex);
+bool sendOctets(RawClient &client, std::span<const u8> octets);
 // Waits until the process at the other end, on this host, has taken all that was sent: what is sent
 // next then reaches it in another receive. False if it never does.
 bool takenByPeer(const RawClient &client, Milliseconds limit = generous);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "asn1/ber.h"
-#include "tests/support/conversation.h"
+#include "tests/support/frames.h"
 
 #include <vector>
 

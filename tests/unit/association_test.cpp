@@ -13,7 +13,7 @@ TEST(Association, replies_to_the_octet_and_ends_with_the_release) {
     EXPECT_EQ(client.status(), CS_TCP);
     EXPECT_EQ(client.send(crFrame), ccFrame);
     EXPECT_EQ(client.status(), CS_COTP);
-    EXPECT_EQ(client.send(connectFrame(initiateRequest)), plain(connectReply));
+    EXPECT_EQ(client.send(connectFrame(initiateRequest)), canonical(connectReply));
     EXPECT_EQ(client.status(), CS_ASSOCIATED);
     EXPECT_FALSE(isClientValid(client.slot));
     EXPECT_EQ(client.send(request(7, identify)), identifyReply(7));
@@ -73,11 +73,11 @@ TEST_P(Order, admits_what_the_state_allows_and_drops_the_rest_in_silence) {
         bool beforeAssociation; // admitted only in state 4 (AARQ), else from state 5
     };
     const Sent table[] = {
-        {"connect", connectFrame(initiateRequest), plain(connectReply), true},
+        {"connect", connectFrame(initiateRequest), canonical(connectReply), true},
         {"request", request(3, identify), identifyReply(3), false},
         {"conclude", dataFrame("8B00"), dataFrame("8C00"), false},
         {"release", releaseFrame(), releaseReply, false},
-        {"abort", plain(abortFrame), abortReply, false},
+        {"abort", canonical(abortFrame), abortReply, false},
     };
     Conversation client;
     for (const Sent &sent : table) {
@@ -103,7 +103,7 @@ TEST(Order, a_new_cr_on_a_live_association_starts_over) {
     client.reachData();
     EXPECT_EQ(client.send(crFrame), ccFrame);
     EXPECT_EQ(client.send(request(1, identify)), "");
-    EXPECT_EQ(client.send(connectFrame(initiateRequest)), plain(connectReply));
+    EXPECT_EQ(client.send(connectFrame(initiateRequest)), canonical(connectReply));
     EXPECT_EQ(client.send(request(2, identify)), identifyReply(2));
 }
 
@@ -206,7 +206,7 @@ TEST_P(Negotiation, answer) {
     client.send(crFrame);
     // Response and request have the same layers around them: it is enough to find the PDU.
     const std::string reply = client.send(connectFrame(GetParam().request));
-    EXPECT_NE(reply.find(plain(GetParam().response)), std::string::npos) << reply;
+    EXPECT_NE(reply.find(canonical(GetParam().response)), std::string::npos) << reply;
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,12 +1,11 @@
 #include "ied-client/options.h"
 #include "ied-client/reference.h"
-#include "tests/support/tcp.h"
+#include "tests/support/hex.h"
 
 #include <gtest/gtest.h>
 
 using namespace ied::client;
 using ied::test::canonical;
-using ied::test::hex;
 
 namespace {
 
@@ -20,8 +19,7 @@ class ReferenceForm : public testing::TestWithParam<Form> {};
 
 std::string requestHex(const std::string &reference) {
     std::string why;
-    const Bytes bytes = readRequest({variableName(*parseReference(reference, why))});
-    return hex(std::string(bytes.begin(), bytes.end()));
+    return ied::test::hexText(readRequest({variableName(*parseReference(reference, why))}));
 }
 
 } // namespace

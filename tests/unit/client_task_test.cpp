@@ -101,11 +101,11 @@ class Client {
         return hexText(data);
     }
     std::string ask(std::string_view hex, std::string_view reply) {
-        return give(hex) ? take(plain(reply).size() / 2) : "not sent";
+        return give(hex) ? take(canonical(reply).size() / 2) : "not sent";
     }
     bool associate() {
         return ask(crFrame, ccFrame) == ccFrame &&
-               ask(connectFrame(initiateRequest), connectReply) == plain(connectReply);
+               ask(connectFrame(initiateRequest), connectReply) == canonical(connectReply);
     }
     bool isServed() { return ask(request(9, identify), identifyReply(9)) == identifyReply(9); }
     bool isEnded() { return take(1).empty(); }
@@ -225,7 +225,7 @@ TEST_F(Server, lets_a_client_wait_while_no_slot_that_is_left_has_a_task) {
     EXPECT_EQ(::recv(client.fd, &none, 1, MSG_DONTWAIT), -1);
     EXPECT_EQ(errno, EAGAIN) << "the connection waits";
     change(CS_NONE, CS_IDLE);
-    EXPECT_EQ(client.take(plain(ccFrame).size() / 2), plain(ccFrame));
+    EXPECT_EQ(client.take(canonical(ccFrame).size() / 2), canonical(ccFrame));
 }
 
 TEST_F(Server, gives_the_slot_back_when_a_client_vanishes_in_any_state) {
@@ -280,7 +280,7 @@ TEST_F(Server, lets_the_client_above_its_slots_wait_until_one_leaves) {
     char octet;
     EXPECT_EQ(::recv(waiting.fd, &octet, 1, MSG_DONTWAIT), -1);
     clients[3].reset();
-    EXPECT_EQ(waiting.take(plain(ccFrame).size() / 2), ccFrame);
+    EXPECT_EQ(waiting.take(canonical(ccFrame).size() / 2), ccFrame);
     EXPECT_TRUE(clients[5]->isServed());
 }
 

@@ -1,6 +1,6 @@
 #include "ied-client/format.h"
 #include "ied-client/quantity.h"
-#include "tests/support/rawMms.h"
+#include "tests/support/frames.h"
 
 #include <cstdlib>
 #include <ctime>
@@ -8,16 +8,12 @@
 
 using namespace ied::client;
 using ied::test::canonical;
+using ied::test::hexText;
 
 namespace {
 
 // Local times in these tests are those of UTC.
 [[maybe_unused]] const bool utc = (setenv("TZ", "UTC", 1), tzset(), true);
-
-Bytes bytes(const std::string &hex) {
-    const std::string text = ied::test::octets(hex);
-    return Bytes(text.begin(), text.end());
-}
 
 std::optional<Value> valueOf(const Bytes &octets) {
     Reader reader{octets};
@@ -31,10 +27,6 @@ std::optional<Type> typeOf(const Bytes &octets) {
     return reader.failed ? std::nullopt : decodeType(element);
 }
 
-std::string hexOf(const Bytes &octets) {
-    return ied::test::hex(std::string(octets.begin(), octets.end()));
-}
-
 struct Sample {
     const char *data; // Data element
     const char *text; // for people
@@ -46,12 +38,12 @@ class DataSample : public testing::TestWithParam<Sample> {};
 } // namespace
 
 TEST_P(DataSample, ReadsAndIsWrittenBackAsItCame) {
-    const Bytes octets = bytes(GetParam().data);
+    const Bytes octets = ied::test::octets(GetParam().data);
     const std::optional<Value> value = valueOf(octets);
     ASSERT_TRUE(value);
     EXPECT_EQ(valueText(*value), GetParam().text);
     EXPECT_EQ(jsonValue(*value, nullptr), GetParam().json);
-    EXPECT_EQ(hexOf(encodeValue(*value)), canonical(GetParam().data));
+    EXPECT_EQ(hexText(encodeValue(*value)), canonical(GetParam().data));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -83,12 +75,12 @@ TEST(ClientValues, RefuseWhatIsNoEncoding) {
           std::string("84 00"), std::string("84 02 08 00"), std::string("84 01 01"),
           std::string("87 04 08 3F 80 00"), std::string("87 05 09 3F 80 00 00"), std::string("A1 02 85 01"),
           std::string("A2 80 00 00"), std::string("8B 00"), std::string("02 01 01"), deep}) {
-        EXPECT_FALSE(valueOf(bytes(data))) << data;
+        EXPECT_FALSE(valueOf(ied::test::octets(data))) << data;
     }
     for (const std::string &type :
          {std::string("A2 02 A1 01"), std::string("A1 05 81 01 05 A2 00"), std::string("A7 00"),
           std::string("85 04 7F FF FF FF"), std::string("A0 00")}) {
-        EXPECT_FALSE(typeOf(bytes(type))) << type;
+        EXPECT_FALSE(typeOf(ied::test::octets(type))) << type;
     }
 }
 
@@ -110,10 +102,10 @@ TEST(ClientValues, TakeFromAPersonOnlyWhatFitsTheType) {
           Row{"8A 01 FD", "abcd", nullptr}, Row{"91 00", "1.5", "91 08 00 00 00 01 80 00 00 0A"},
           Row{"91 00", "-1", nullptr}}) {
         std::string why;
-        const std::optional<Value> value = parseValue(row.text, *typeOf(bytes(row.type)), why);
+        const std::optional<Value> value = parseValue(row.text, *typeOf(ied::test::octets(row.type)), why);
         ASSERT_EQ(value.has_value(), row.data != nullptr) << row.type << " " << row.text;
         if (value) {
-            EXPECT_EQ(hexOf(encodeValue(*value)), canonical(row.data)) << row.text;
+            EXPECT_EQ(hexText(encodeValue(*value)), canonical(row.data)) << row.text;
         } else {
             EXPECT_NE(why, "");
         }

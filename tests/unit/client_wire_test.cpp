@@ -19,7 +19,7 @@ const std::string clientAssociateHex =
     "82 0C 03 EE 08 00 00 00 00 00 00 00 01 10";
 
 const ScriptStep connectStep{clientConnectHex, connectionConfirmHex};
-const ScriptStep associateStep{clientAssociateHex, associateResponseHex};
+const ScriptStep associateStep{clientAssociateHex, connectReply};
 
 const std::string identifyRequestHex = "A0 05 02 01 01 82 00";
 const std::string identifyAnswerHex = "A1 11 02 01 01 A2 0C 80 01 56 81 02 4D 4D 82 03 31 2E 30";
@@ -51,7 +51,7 @@ TEST(ClientWire, AssociatesAsksAndReleasesInTheOctetsOfTheStandards) {
                        associateStep,
                        {dataFrame(identifyRequestHex), dataFrame(identifyAnswerHex)},
                        {dataFrame(concludeRequestHex), dataFrame(concludeResponseHex)},
-                       {releaseRequestHex, releaseResponseHex}});
+                       {releaseFrame(), releaseReply}});
     Connection connection;
     const std::optional<Identity> identity = identifyOver(connection, peer.port);
     ASSERT_TRUE(identity) << connection.failure.text;
@@ -71,7 +71,7 @@ TEST(ClientWire, TakesReportsAndLateAnswersBetweenForWhatTheyAre) {
          {dataFrame(identifyRequestHex),
           dataFrame(reportHex) + dataFrame(late) + dataFrame(reportHex) + dataFrame(identifyAnswerHex)},
          {dataFrame(concludeRequestHex), dataFrame(reportHex) + dataFrame(concludeResponseHex)},
-         {releaseRequestHex, releaseResponseHex}});
+         {releaseFrame(), releaseReply}});
     Connection connection;
     int reports = 0;
     connection.unconfirmed = [&](View pdu) { reports += pdu.size() == 12; };
@@ -117,7 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
                             "rejected (confirmed-request)"},
                     Refusal{"abort", tpkt("02 F0 80 19 07 11 01 05 31 02 32 10"), statusNoConnection,
                             "the server aborted the association"},
-                    Refusal{"disconnect", releaseResponseHex, statusNoConnection,
+                    Refusal{"disconnect", releaseReply, statusNoConnection,
                             "the server ended the association"},
                     Refusal{"silence", "", statusNoConnection, "no answer: timed out"},
                     Refusal{"garbage", "04 00 00 07 02 F0 80", statusNoConnection,
@@ -144,11 +144,10 @@ TEST(ClientWire, SaysWhatIsWrongWhenThereIsNoServer) {
 TEST(ClientWire, CutsALongRequestIntoTpdusOfTheAnnouncedSize) {
     const Bytes pdu = ied::client::tlv(0xA0, Bytes(20000, 1));
     const Bytes frames = dataRequest(pdu);
-    const std::string text(frames.begin(), frames.end());
     // 8192 octets of TPDU with its header of 3, in a TPKT of 8196.
-    EXPECT_EQ(hex(text.substr(0, 7)), "0300200402F000");
-    EXPECT_EQ(hex(text.substr(8196, 7)), "0300200402F000");
-    EXPECT_EQ(hex(text.substr(2 * 8196 + 4, 3)), "02F080");
+    EXPECT_EQ(hexText({frames.data(), 7}), "0300200402F000");
+    EXPECT_EQ(hexText({frames.data() + 8196, 7}), "0300200402F000");
+    EXPECT_EQ(hexText({frames.data() + 2 * 8196 + 4, 3}), "02F080");
     Assembler assembler;
     assembler.stream = frames;
     const std::optional<Received> received = nextMessage(assembler);

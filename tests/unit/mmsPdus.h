@@ -2,7 +2,7 @@
 #pragma once
 
 #include "asn1/mmsTypes.h"
-#include "tests/support/conversation.h"
+#include "tests/support/frames.h"
 
 #include <vector>
 
@@ -20,7 +20,7 @@ inline const std::string nameHex = "A10A 1A034C4430 1A03412442";
 inline const std::string variableHex = tlv("30", tlv("A0", nameHex));
 
 inline std::string requestHex(const std::string &service) {
-    return tlv("A0", "020107" + service);
+    return confirmedRequest(7, service);
 }
 inline std::string responseHex(const std::string &service) {
     return tlv("A1", "020107" + service);

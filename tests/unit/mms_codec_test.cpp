@@ -53,7 +53,7 @@ TEST_P(EveryPdu, is_read_and_written_as_the_standard_has_it) {
     EXPECT_EQ(pdu.choiceId, GetParam().choiceId);
     EXPECT_EQ(serviceOf(pdu), GetParam().service);
     storeEntries(pdu);
-    EXPECT_EQ(encoded<MMSpdu>(BEncMMSpduContent, pdu), plain(GetParam().hex));
+    EXPECT_EQ(encoded<MMSpdu>(BEncMMSpduContent, pdu), canonical(GetParam().hex));
     FreeMMSpdu(&pdu);
 }
 
@@ -199,11 +199,11 @@ TEST(MmsServices, one_that_is_not_served_keeps_its_number_and_its_octets) {
             const ConfirmedServiceRequest *request = pdu.confirmed_RequestPDU->service;
             EXPECT_EQ(request->choiceId, tag);
             EXPECT_EQ(hexText({request->undecoded->octs, request->undecoded->octetLen}), element);
-            EXPECT_EQ(encoded<MMSpdu>(BEncMMSpduContent, pdu), plain(requestHex(element)));
+            EXPECT_EQ(encoded<MMSpdu>(BEncMMSpduContent, pdu), canonical(requestHex(element)));
             FreeMMSpdu(&pdu);
             pdu = decoded(responseHex(element));
             EXPECT_EQ(serviceOf(pdu), tag >= 47 && tag <= 71 ? tag + 1 : tag);
-            EXPECT_EQ(encoded<MMSpdu>(BEncMMSpduContent, pdu), plain(responseHex(element)));
+            EXPECT_EQ(encoded<MMSpdu>(BEncMMSpduContent, pdu), canonical(responseHex(element)));
             FreeMMSpdu(&pdu);
         }
     }

@@ -9,7 +9,7 @@ namespace {
 
 // A TSDU as the pieces of a COTP fragmentation, one frame each; the last has `size` octets or less.
 std::vector<std::string> fragments(std::string_view tsdu, std::size_t size) {
-    const std::string digits = plain(tsdu);
+    const std::string digits = canonical(tsdu);
     std::vector<std::string> out;
     for (std::size_t pos = 0; pos < digits.size(); pos += 2 * size) {
         out.push_back(frame(digits.substr(pos, 2 * size), pos + 2 * size >= digits.size()));
@@ -38,8 +38,8 @@ const std::string half = frame("01000100" + tlv("61", std::string(600, '0'))).su
 TEST(Segments, every_cut_of_every_request_is_answered_once_it_is_whole) {
     Conversation client;
     const std::string conversation[][2] = {
-        {plain(crFrame), ccFrame},
-        {connectFrame(initiateRequest), plain(connectReply)},
+        {canonical(crFrame), ccFrame},
+        {connectFrame(initiateRequest), canonical(connectReply)},
         {request(1, identify), identifyReply(1)},
         {dataFrame("8B00"), dataFrame("8C00")},
         {releaseFrame(), releaseReply},
@@ -68,7 +68,7 @@ TEST(Segments, a_whole_association_octet_by_octet) {
     Conversation client;
     EXPECT_EQ(client.sendSlowly(std::string(crFrame) + connectFrame(initiateRequest) + request(1, identify) +
                                 releaseFrame()),
-              ccFrame + plain(connectReply) + identifyReply(1) + releaseReply);
+              ccFrame + canonical(connectReply) + identifyReply(1) + releaseReply);
 }
 
 TEST(Segments, requests_of_one_segment_are_answered_in_order_and_a_cut_one_waits) {
@@ -118,7 +118,8 @@ TEST(Fragments, empty_ones_first_in_the_middle_and_last_change_nothing) {
 TEST(Fragments, of_a_connect) {
     Conversation client;
     client.send(crFrame);
-    EXPECT_EQ(client.send(joined(fragments(tsduOf(connectFrame(initiateRequest)), 40))), plain(connectReply));
+    EXPECT_EQ(client.send(joined(fragments(tsduOf(connectFrame(initiateRequest)), 40))),
+              canonical(connectReply));
 }
 
 TEST(Fragments, one_that_comes_in_three_tcp_pieces_does_not_lose_those_before_it) {

@@ -44,7 +44,7 @@ class EveryApdu : public testing::TestWithParam<ValueCase> {};
 TEST_P(EveryApdu, is_read_and_written) {
     User_data data{};
     EXPECT_EQ(decodeError<User_data>(BDecUser_data, pdv(GetParam().hex), data), 0);
-    EXPECT_EQ(encoded<User_data>(BEncUser_dataContent, data), plain(pdv(GetParam().hex)));
+    EXPECT_EQ(encoded<User_data>(BEncUser_dataContent, data), canonical(pdv(GetParam().hex)));
     FreeUser_data(&data);
 }
 
@@ -100,7 +100,7 @@ TEST(Presentation, a_connect_is_read_and_written) {
         asnListValue<Context_listSeq>(parameters->presentation_context_definition_list->last);
     EXPECT_EQ(second->presentation_context_identifier, 3);
     EXPECT_EQ(second->transfer_syntax_name_list->count, 2U);
-    EXPECT_EQ(encoded<CP_type>(BEncCP_type, cp), plain(cpOf(aarqOf(""))));
+    EXPECT_EQ(encoded<CP_type>(BEncCP_type, cp), canonical(cpOf(aarqOf(""))));
     FreeCP_type(&cp);
 }
 
@@ -112,7 +112,7 @@ TEST(Presentation, an_accept_is_read_and_written) {
     CPA_PPDU cpa{};
     EXPECT_EQ(decodeError<CPA_PPDU>(BDecCPA_PPDU, hex, cpa), 0);
     EXPECT_EQ(cpa.normal_mode_parameters->presentation_requirements.bitLen, 2U);
-    EXPECT_EQ(encoded<CPA_PPDU>(BEncCPA_PPDU, cpa), plain(hex));
+    EXPECT_EQ(encoded<CPA_PPDU>(BEncCPA_PPDU, cpa), canonical(hex));
     FreeCPA_PPDU(&cpa);
 }
 
@@ -147,7 +147,7 @@ TEST(Presentation, other_encodings_of_user_data_are_read) {
     for (const char *hex : {"4003 414243", "610A 3008 020101 8103 414243", "6109 3007 020101 8202 04F0"}) {
         User_data data{};
         EXPECT_EQ(decodeError<User_data>(BDecUser_data, hex, data), 0) << hex;
-        EXPECT_EQ(encoded<User_data>(BEncUser_dataContent, data), plain(hex));
+        EXPECT_EQ(encoded<User_data>(BEncUser_dataContent, data), canonical(hex));
         FreeUser_data(&data);
     }
 }

@@ -79,7 +79,7 @@ TEST_P(Connect, answer) {
     Conversation client;
     client.send(crFrame);
     const std::string reply = client.send(frame(connectSpdu(GetParam().cpType)));
-    EXPECT_EQ(reply, GetParam().accepted ? plain(connectReply) : "");
+    EXPECT_EQ(reply, GetParam().accepted ? canonical(connectReply) : "");
     EXPECT_EQ(client.status(), GetParam().accepted ? CS_ASSOCIATED : CS_COTP);
     client.restart();
     client.associate(); // whatever came before

@@ -95,7 +95,7 @@ TEST_P(SpduReply, derives_from_the_request) {
     ASSERT_EQ(process_spdu_8327(&request, &reply), 1);
     std::vector<u8> buf(reply.encodedSize);
     EXPECT_EQ(enc_spdu_8327(&reply, buf.data(), reply.encodedSize), buf.size());
-    EXPECT_EQ(hexText(buf), plain(GetParam().reply));
+    EXPECT_EQ(hexText(buf), canonical(GetParam().reply));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, SpduReply,

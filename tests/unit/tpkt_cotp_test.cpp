@@ -75,7 +75,7 @@ class Confirm : public testing::TestWithParam<ConfirmCase> {};
 
 TEST_P(Confirm, answers_the_connection_request) {
     Conversation client;
-    EXPECT_EQ(client.send(GetParam().request), plain(GetParam().confirm));
+    EXPECT_EQ(client.send(GetParam().request), canonical(GetParam().confirm));
     EXPECT_EQ(client.status(), CS_COTP);
 }
 
