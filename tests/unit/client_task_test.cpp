@@ -5,12 +5,12 @@
 #include "proto-process/c/client.h"
 #include "proto-process/c/serverStart.h"
 #include "tests/support/conversation.h"
+#include "tests/support/process.h"
 
 #include <arpa/inet.h>
-#include <chrono>
+#include <atomic>
 #include <cstring>
 #include <filesystem>
-#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
@@ -22,7 +22,6 @@ namespace ied::test {
 namespace {
 
 constexpr u8 slots = 16;
-constexpr auto patience = std::chrono::seconds(60);
 
 // Lines of the debug log, by the hook of the configuration record.
 std::mutex logLock;
@@ -38,15 +37,31 @@ bool logged(const char *text) {
     return logText.find(text) != std::string::npos;
 }
 
-bool eventually(const std::function<bool()> &condition) {
-    const auto end = std::chrono::steady_clock::now() + patience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+// What the accept loop does: connections that it took, and rests in which it found no slot to take one
+// for. A rest is short here.
+std::atomic<u32> accepted, rests;
+thread_local bool isAcceptLoop = false;
+ClockOps hostClock;
+SocketOps hostSockets;
+
+void restShortly(u64 deadline) {
+    if (isAcceptLoop) {
+        ++rests;
+        deadline = hostClock.monotonicNs() + 1'000'000;
     }
-    return true;
+    hostClock.sleepUntilNs(deadline);
+}
+
+int countedAccept(int fd, ::sockaddr *address, u32 *length) {
+    ++accepted;
+    return hostSockets.accept(fd, address, length);
+}
+
+// Whether the accept loop looks for a slot once more, in vain, while it has taken `taken` connections
+// and no more.
+bool findsNoSlot(u32 taken) {
+    const u32 before = rests; // of the next two rests the first may follow an earlier look
+    return waitUntil([&] { return rests - before >= 2 || accepted > taken; }) && accepted <= taken;
 }
 
 std::ptrdiff_t openDescriptors() {
@@ -144,7 +159,12 @@ class Server : public testing::Test {
         socklen_t length = sizeof address;
         ::getsockname(listenFd, reinterpret_cast<::sockaddr *>(&address), &length);
         port = ntohs(address.sin_port);
+        hostClock = clockOps;
+        hostSockets = socketOps;
+        storeShared(clockOps.sleepUntilNs, restShortly);
+        storeShared(socketOps.accept, countedAccept);
         accepting = new std::thread([] {
+            isAcceptLoop = true;
             while (!loadShared(stopping)) {
                 acceptRound(listenFd, splitTimeout(20));
             }
@@ -154,17 +174,19 @@ class Server : public testing::Test {
         storeShared(stopping, true);
         accepting->join();
         delete accepting;
+        storeShared(clockOps.sleepUntilNs, hostClock.sleepUntilNs);
+        storeShared(socketOps.accept, hostSockets.accept);
     }
 
     void SetUp() override {
-        ASSERT_TRUE(eventually(isIdle));
+        ASSERT_TRUE(waitUntil(isIdle));
         const std::lock_guard guard(logLock);
         logText.clear();
         descriptors = openDescriptors();
     }
     void TearDown() override {
-        EXPECT_TRUE(eventually(isIdle)) << "a slot was not given back";
-        EXPECT_TRUE(eventually([this] { return openDescriptors() == descriptors; }))
+        EXPECT_TRUE(waitUntil(isIdle)) << "a slot was not given back";
+        EXPECT_TRUE(waitUntil([this] { return openDescriptors() == descriptors; }))
             << "a descriptor was lost";
         Client honest(port);
         EXPECT_TRUE(honest.associate() && honest.isServed());
@@ -190,7 +212,7 @@ TEST_F(Server, ends_the_connection_after_the_release_reply) {
     ASSERT_TRUE(client.associate() && client.isServed());
     EXPECT_EQ(client.ask(releaseFrame(), releaseReply), releaseReply);
     EXPECT_TRUE(client.isEnded());
-    EXPECT_TRUE(eventually([] { return logged("Client quit!"); }));
+    EXPECT_TRUE(waitUntil([] { return logged("Client quit!"); }));
 }
 
 TEST_F(Server, ends_the_connection_after_the_abort_reply) {
@@ -216,11 +238,12 @@ TEST_F(Server, lets_a_client_wait_while_no_slot_that_is_left_has_a_task) {
             }
         }
     };
+    const u32 before = accepted;
     change(CS_IDLE, CS_NONE);
     Client early(port); // the accept loop may have found its slot before
     Client client(port);
     ASSERT_TRUE(client.connected && client.give(crFrame));
-    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // several rounds of the accept loop
+    EXPECT_TRUE(findsNoSlot(before + 1));
     u8 none;
     EXPECT_EQ(::recv(client.fd, &none, 1, MSG_DONTWAIT), -1);
     EXPECT_EQ(errno, EAGAIN) << "the connection waits";
@@ -250,7 +273,7 @@ TEST_F(Server, gives_the_slot_back_when_a_client_vanishes_in_any_state) {
             client.close(reset);
         }
     }
-    EXPECT_TRUE(eventually([] { return logged("Receive 0 bytes!"); }));
+    EXPECT_TRUE(waitUntil([] { return logged("Receive 0 bytes!"); }));
 }
 
 TEST_F(Server, drops_a_client_that_never_reads) {
@@ -259,26 +282,26 @@ TEST_F(Server, drops_a_client_that_never_reads) {
     ::timeval limit{0, 50'000};
     ::setsockopt(client.fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     const std::vector<u8> many = octets(request(1, identify) + request(2, identify) + request(3, identify));
-    const auto end = std::chrono::steady_clock::now() + patience;
-    while (!logged("Send error!") && std::chrono::steady_clock::now() < end) {
-        (void)::send(client.fd, many.data(), many.size(), MSG_NOSIGNAL);
-    }
-    EXPECT_TRUE(logged("Send error!"));
+    EXPECT_TRUE(waitUntil([&] {
+        for (int i = 0; i < 100 && ::send(client.fd, many.data(), many.size(), MSG_NOSIGNAL) > 0; ++i) {
+        }
+        return logged("Send error!");
+    }));
 }
 
 TEST_F(Server, lets_the_client_above_its_slots_wait_until_one_leaves) {
+    const u32 before = accepted;
     std::vector<std::unique_ptr<Client>> clients;
     for (u8 slot = 0; slot < slots; ++slot) {
         clients.push_back(std::make_unique<Client>(port));
         ASSERT_TRUE(clients.back()->associate());
     }
-    EXPECT_TRUE(eventually([] { return logged("Max client num reached!"); }));
+    EXPECT_TRUE(waitUntil([] { return logged("Max client num reached!"); }));
     Client waiting(port);
     ASSERT_TRUE(waiting.connected);
     ASSERT_TRUE(waiting.give(crFrame));
     EXPECT_TRUE(clients[3]->isServed());
-    char octet;
-    EXPECT_EQ(::recv(waiting.fd, &octet, 1, MSG_DONTWAIT), -1);
+    EXPECT_TRUE(findsNoSlot(before + slots));
     clients[3].reset();
     EXPECT_EQ(waiting.take(canonical(ccFrame).size() / 2), ccFrame);
     EXPECT_TRUE(clients[5]->isServed());
