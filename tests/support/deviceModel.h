@@ -8,6 +8,7 @@
 #include "device/protoData.h"
 #include "device/region.h"
 #include "platform/platform.h"
+#include "tests/support/regionValues.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -39,12 +40,9 @@ class DeviceState {
     DeviceState &operator=(const DeviceState &) = delete;
 
     // Writes a value at an octet of the region, as the device manager does.
-    template <class T> void put(u32 offset, T value) { std::memcpy(base + offset, &value, sizeof value); }
-    template <class T> T get(u32 offset) const {
-        T value;
-        std::memcpy(&value, base + offset, sizeof value);
-        return value;
-    }
+    template <class T> void put(u32 offset, T value) { storeValue(base + offset, value); }
+    template <class T> T get(u32 offset) const { return loadValue<T>(base + offset); }
+    void raise(u32 offset) { raiseCounter(base + offset); }
     void putTime(u32 offset, u32 sec, u32 ms, u8 tq) {
         put(offset, sec);
         put(offset + 4, ms);
@@ -71,8 +69,8 @@ template <class T> T &record(const std::string &sAddr) {
 
 // The file of an IED "Q" with one device "LD0": its LLN0 and GGIO1 of the type "G" with what `dois`
 // instantiates, `types` being DOType, DAType and EnumType elements and `dos` the DO of the type.
-inline std::string sclText(const std::string &dos, const std::string &types, const std::string &dois,
-                           const std::string &inDevice = "", const std::string &inIed = "") {
+inline std::string ggioFile(const std::string &dos, const std::string &types, const std::string &dois,
+                            const std::string &inDevice = "", const std::string &inIed = "") {
     return "<?xml version=\"1.0\"?><SCL><Header id=\"t\"/><IED name=\"Q\">" + inIed +
            "<AccessPoint name=\"S\"><Server><LDevice inst=\"LD0\">"
            "<LN0 lnClass=\"LLN0\" inst=\"\" lnType=\"Z\">" +

@@ -41,7 +41,7 @@ Region::Region(std::string instanceName) : instance(std::move(instanceName)) {
     if (mapping == MAP_FAILED) {
         throw std::runtime_error("the shared region cannot be mapped");
     }
-    base = static_cast<unsigned char *>(mapping);
+    base = static_cast<u8 *>(mapping);
 }
 
 Region::~Region() {
@@ -53,10 +53,6 @@ Region::~Region() {
             std::filesystem::remove(entry.path(), ignored);
         }
     }
-}
-
-void raise(Region &region, std::size_t offset) {
-    __atomic_fetch_add(reinterpret_cast<std::uint32_t *>(region.base + offset), 1U, __ATOMIC_RELEASE);
 }
 
 void announceReady(Region &region) {

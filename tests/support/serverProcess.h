@@ -3,9 +3,9 @@
 #pragma once
 
 #include "tests/support/process.h"
+#include "tests/support/regionValues.h"
 
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,37 +21,22 @@ struct Region {
     ~Region();
     std::string instance;
     int descriptor = -1;
-    unsigned char *base = nullptr;
+    u8 *base = nullptr;
 };
 
 constexpr std::size_t regionSize = 37549884;
 constexpr std::size_t readyWordAt = 37549840;
 constexpr std::uint32_t readyWord = 43605;
 
-// Values lie at multiples of their width wherever the server looks; each is stored as one word.
 template <class T> void put(Region &region, std::size_t offset, T value) {
-    static_assert(sizeof(T) <= sizeof(std::uint32_t));
-    if constexpr (sizeof(T) == sizeof(std::uint32_t)) {
-        std::uint32_t word = 0;
-        std::memcpy(&word, &value, sizeof word);
-        __atomic_store_n(reinterpret_cast<std::uint32_t *>(region.base + offset), word, __ATOMIC_RELEASE);
-    } else {
-        std::memcpy(region.base + offset, &value, sizeof value);
-    }
+    storeValue(region.base + offset, value);
 }
 template <class T> T get(const Region &region, std::size_t offset) {
-    T value;
-    if constexpr (sizeof(T) == sizeof(std::uint32_t)) {
-        const std::uint32_t word =
-            __atomic_load_n(reinterpret_cast<const std::uint32_t *>(region.base + offset), __ATOMIC_ACQUIRE);
-        std::memcpy(&value, &word, sizeof value);
-    } else {
-        std::memcpy(&value, region.base + offset, sizeof value);
-    }
-    return value;
+    return loadValue<T>(region.base + offset);
 }
-// Raises a change counter behind what it announces.
-void raise(Region &region, std::size_t offset);
+inline void raise(Region &region, std::size_t offset) {
+    raiseCounter(region.base + offset);
+}
 // Sets every change counter of parameters and measurements well above the server's start values,
 // then the ready word.
 void announceReady(Region &region);

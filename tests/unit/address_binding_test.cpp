@@ -14,10 +14,10 @@
 #include <set>
 
 using namespace ied;
+using ied::test::ggioFile;
 using ied::test::LogLines;
 using ied::test::nodeOf;
 using ied::test::record;
-using ied::test::sclText;
 using ied::test::TextFile;
 
 namespace {
@@ -82,8 +82,8 @@ const char *const inIed = R"(
  <x key="beyond" val="4294967296"/></Private>)";
 
 std::string faultyModel(const char *sAddr) {
-    return sclText("<DO name=\"Ind1\" type=\"sps\"/>", types,
-                   std::string("<DOI name=\"Ind1\"><DAI name=\"q\" sAddr=\"") + sAddr + "\"/></DOI>");
+    return ggioFile("<DO name=\"Ind1\" type=\"sps\"/>", types,
+                    std::string("<DOI name=\"Ind1\"><DAI name=\"q\" sAddr=\"") + sAddr + "\"/></DOI>");
 }
 
 void bindFaulty(const char *sAddr) {
@@ -103,7 +103,7 @@ TEST(AddressBindingDeathTest, AWrongShortAddressIsNamedWithItsPlaceInTheFile) {
 class AddressBinding : public testing::Test {
   protected:
     static void SetUpTestSuite() {
-        const TextFile file(sclText(dos, types, dois, inDevice, inIed));
+        const TextFile file(ggioFile(dos, types, dois, inDevice, inIed));
         modelInit(file.path.c_str(), hostModelOptions.modelPool);
         log = new LogLines;
         cbNumInit();

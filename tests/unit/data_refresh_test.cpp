@@ -43,7 +43,7 @@ class DataRefresh : public testing::Test {
             map = {};
         }
     }
-    void raise(u32 offset) { device.put(offset, device.get<u32>(offset) + 1); }
+    void raise(u32 offset) { device.raise(offset); }
     // One cycle; whether it woke the monitor.
     bool cycle() {
         refreshCycle(&state);
