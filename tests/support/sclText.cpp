@@ -134,6 +134,10 @@ void logToStderr() {
     externGlbCfg.dbHook = printLog;
 }
 
+std::string shown(const char *text) {
+    return text != nullptr ? text : "(null)";
+}
+
 std::string treeText(const GenNode *node) {
     std::string out;
     if (node != nullptr) {

@@ -40,6 +40,9 @@ class SclSession {
 // What the log writes goes to the standard error stream: for death tests.
 void logToStderr();
 
+// A text that the reader keeps; "(null)" where there is none.
+std::string shown(const char *text);
+
 // A node and what is below it, a line each, two blanks an indent: name, level/type/fc, then as far
 // as they are there trgOps ("t64"), origType ("o52"), value ("=5") and short address ("@RT.Hz").
 std::string treeText(const GenNode *node);

@@ -12,15 +12,9 @@
 #include <vector>
 
 using namespace ied;
-using ied::test::sclDevice;
-using ied::test::sclDocument;
-using ied::test::SclSession;
+using namespace ied::test;
 
 namespace {
-
-const char *shown(const char *text) {
-    return text != nullptr ? text : "(null)";
-}
 
 struct TextCase {
     const char *name;
@@ -33,7 +27,7 @@ class ElementText : public testing::TestWithParam<TextCase> {};
 TEST_P(ElementText, IsKeptAsTheFileHasIt) {
     SclSession session;
     session.parseText("<DAI><Val>" + std::string(GetParam().content) + "</Val></DAI>");
-    EXPECT_STREQ(shown(treeRoot->child->data), GetParam().want);
+    EXPECT_EQ(shown(treeRoot->child->data), GetParam().want);
     EXPECT_EQ(treeRoot->data, nullptr);
 }
 

@@ -8,11 +8,7 @@
 #include <gtest/gtest.h>
 
 using namespace ied;
-using ied::test::nodeAt;
-using ied::test::sclDevice;
-using ied::test::sclDocument;
-using ied::test::SclSession;
-using ied::test::treeText;
+using namespace ied::test;
 
 namespace {
 
@@ -28,10 +24,6 @@ std::string childNames(std::string_view reference) {
         names += std::string(names.empty() ? "" : " ") + child->name;
     }
     return names;
-}
-
-std::string text(const char *t) {
-    return t != nullptr ? t : "(null)";
 }
 
 // Every node knows its parent, and every last child is the last.
@@ -306,8 +298,8 @@ TEST(ModelBuild, TheFirstInstanceOfANameCounts) {
                               "<DOType id=\"D\" cdc=\"SPS\"><DA name=\"x\" fc=\"ST\" "
                               "bType=\"INT8\"/></DOType><DOType id=\"D\" cdc=\"MV\"/>"));
     const GenNode *ln1 = nodeAt("IL/GGIO1");
-    EXPECT_EQ(text(nodeAt("IL/GGIO1$ST$O$x")->value), "1");
-    EXPECT_EQ(text(ln1->sibling->child->child->child->value), "1")
+    EXPECT_EQ(shown(nodeAt("IL/GGIO1$ST$O$x")->value), "1");
+    EXPECT_EQ(shown(ln1->sibling->child->child->child->value), "1")
         << "two nodes of one name share what names the first";
 }
 
@@ -343,7 +335,7 @@ TEST(ModelBuild, TenTimesTheFileTakesTenTimesTheComparisons) {
         const u64 before = nameComparisons;
         session.build(wideFile(big != 0 ? 2000 : 200), 0x2000000);
         comparisons[big] = nameComparisons - before;
-        EXPECT_EQ(text(nodeAt("IL/LLN0$ST$d199$v")->value), "199");
+        EXPECT_EQ(shown(nodeAt("IL/LLN0$ST$d199$v")->value), "199");
     }
     EXPECT_LT(comparisons[1], 11 * comparisons[0]);
 }

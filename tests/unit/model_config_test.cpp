@@ -6,22 +6,14 @@
 #include <gtest/gtest.h>
 
 using namespace ied;
-using ied::test::nodeAt;
-using ied::test::sclDevice;
-using ied::test::sclDocument;
-using ied::test::SclSession;
-using ied::test::treeText;
+using namespace ied::test;
 
 namespace {
-
-std::string text(const char *t) {
-    return t != nullptr ? t : "(null)";
-}
 
 std::string dataSets() {
     std::string out;
     for (const PreDefDs &ds : records<&PreDefDs::link>(PreDefDsHead)) {
-        out += text(ds.ldName) + " " + ds.itemName + ":";
+        out += shown(ds.ldName) + " " + ds.itemName + ":";
         for (const PreDefDsMember &member : records<&PreDefDsMember::link>(ds.members)) {
             out += std::string(" ") + member.name;
         }
@@ -33,7 +25,7 @@ std::string dataSets() {
 std::string reports() {
     std::string out;
     for (const ReportCfg &report : records<&ReportCfg::link>(ReportCfgHead)) {
-        out += text(report.name) + " " + text(report.rtpID) + " " + text(report.dsName) + "\n";
+        out += shown(report.name) + " " + shown(report.rtpID) + " " + shown(report.dsName) + "\n";
     }
     return out;
 }
@@ -41,7 +33,7 @@ std::string reports() {
 std::string logs() {
     std::string out;
     for (const LCBCfg &log : records<&LCBCfg::link>(LCBHead)) {
-        out += text(log.name) + " " + text(log.datSet) + " " + text(log.logName) + "\n";
+        out += shown(log.name) + " " + shown(log.datSet) + " " + shown(log.logName) + "\n";
     }
     return out;
 }
@@ -49,7 +41,7 @@ std::string logs() {
 std::string devices() {
     std::string out;
     for (const scl::LDevice &device : records<&scl::LDevice::link>(LDeviceHead)) {
-        out += text(device.inst) + (listEmpty(&device.gse) ? "" : "+gse") +
+        out += shown(device.inst) + (listEmpty(&device.gse) ? "" : "+gse") +
                (device.SettingControl.numOfSGs != nullptr ? "+sg" : "") + " ";
     }
     return out;
