@@ -1,5 +1,5 @@
-// Malformed and hostile input at every layer: silence or the prescribed answer, and afterwards the
-// server is as before.
+// Malformed and hostile input at every layer: silence, or the answer that ISO 9506-2 has for it, and
+// afterwards the server is as before.
 #include "tests/support/serverFixture.h"
 
 #include <atomic>

@@ -1,4 +1,4 @@
-// Requests and associates that are sound as octets and wrong in what they say: the prescribed answer or
+// Requests and associates that are sound as octets and wrong in what they say: an error of ISO 9506-2 or
 // silence, and afterwards the server is as before.
 #include "tests/support/serverFixture.h"
 

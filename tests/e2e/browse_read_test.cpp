@@ -169,7 +169,7 @@ TEST_F(BrowseAndRead, an_array_is_read_whole_by_element_by_range_and_by_componen
         EXPECT_EQ(part(beyond), canonical("A1 0A 02 01 01 A4 05 A1 03 80 01 0A")) << beyond;
 }
 
-TEST_F(BrowseAndRead, what_is_not_there_is_told_by_the_prescribed_errors) {
+TEST_F(BrowseAndRead, what_is_not_there_is_told_by_object_non_existent) {
     const auto readOf = [&](const std::string &domain, const std::string &item) {
         return ask(client, read(1, domain, item)).value_or("");
     };

@@ -403,7 +403,7 @@ TEST(ModelBuild, TenLevelsBelowALogicalNodeAreBuilt) {
 struct FaultCase {
     const char *name;
     std::string file;
-    const char *log;    // the prescribed text
+    const char *log;    // what went wrong
     const char *detail; // what a person mends the file by
 };
 
