@@ -38,16 +38,18 @@ Octets readRequest(int leaves) {
         element(0xA1, element(0x1A, text("ZRX418MEAS")) + element(0x1A, text("MMXU1$MX$TotW$mag$f")));
     const Octets variable = element(0x30, element(0xA0, name));
     Octets variables;
-    for (int i = 0; i < leaves; ++i)
+    for (int i = 0; i < leaves; ++i) {
         variables = variables + variable;
+    }
     return element(0xA0, invokeId + element(0xA4, element(0xA1, element(0xA0, variables))));
 }
 
 // Its response: a float each.
 Octets readResponse(int leaves) {
     Octets results;
-    for (int i = 0; i < leaves; ++i)
+    for (int i = 0; i < leaves; ++i) {
         results = results + element(0x87, {8, 0x43, 0x5C, 0, 0});
+    }
     return element(0xA1, invokeId + element(0xA4, element(0xA1, results)));
 }
 
@@ -86,8 +88,9 @@ void encodeReadResponse(benchmark::State &state) {
         benchmark::DoNotOptimize(BEncMMSpduContent(&buf.gen, &pdu));
         benchmark::ClobberMemory();
     }
-    if (room != octets)
+    if (room != octets) {
         state.SkipWithError("the encoding is another one");
+    }
     FreeMMSpdu(&pdu);
     setLeaves(state, octets.size());
 }

@@ -23,8 +23,9 @@ constexpr u16 elements = 64; // of each harmonic array
 
 // The arrays that a model shows.
 void giveArrays(HWYE &record, u32 count) {
-    for (u32 i = 0; i < count; i++)
+    for (u32 i = 0; i < count; i++) {
         record.har[i] = MallocArray<Vector>(elements);
+    }
     record.numHar = elements;
 }
 
@@ -36,16 +37,18 @@ GenNode alarmText;
 bool setUp() {
     void *base = ::mmap(nullptr, regionSize, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (base == MAP_FAILED)
+    if (base == MAP_FAILED) {
         return false;
+    }
     comdata = static_cast<u8 *>(base);
     externGlbCfgInit();
     fdRtc = clockDeviceOpen("/unix");
     semMonitor = semBCreate(semQPriority, semEmpty);
     semRefresh = semMCreate(semQPriority);
     dataMapInit();
-    for (u32 i = 0; i < region::DIMod.count; i++)
+    for (u32 i = 0; i < region::DIMod.count; i++) {
         storeShared(*regionPlace(comdata, region::DIMod, i), 1);
+    }
     for (const char *set :
          {"RT.HPhVArr", "RT.HPPVArr", "RT.HAArr", "RT.IHPhVConArr", "RT.IHPPVConArr", "RT.IHAConArr",
           "DMD.avg.HPhVArr", "DMD.avg.HPPVArr", "DMD.avg.HAArr", "DMD.max.HPhVArr", "DMD.max.HPPVArr",
@@ -54,16 +57,18 @@ bool setUp() {
         giveArrays(*reinterpret_cast<HWYE *>(protoData + place.offset), place.nodeType == CdcHWYE ? 4 : 3);
     }
     alarmText.nodeType = TypeVisString255;
-    for (DescNodes &nodes : setPointDesc)
+    for (DescNodes &nodes : setPointDesc) {
         nodes.dNode = nodes.dUNode = &alarmText;
+    }
     refreshStateInit(&state);
     return true;
 }
 
 void nothingChanged(benchmark::State &bench) {
     refreshCycle(&state);
-    for (auto _ : bench)
+    for (auto _ : bench) {
         refreshCycle(&state);
+    }
 }
 
 // Every counter differs from the remembered one; both hand-overs take place.
@@ -72,8 +77,9 @@ void everythingChanged(benchmark::State &bench) {
         std::memset(&state, 0xFF, sizeof state.lastArmFlag + sizeof state.lastDspFlag);
         state.lastFlagThisMonth++;
         state.lastFlagLastMonth++;
-        for (u32 i = 0; i < region::pulseCount.count; i++)
+        for (u32 i = 0; i < region::pulseCount.count; i++) {
             storeShared(*regionPlace(comdata, region::pulseCount, i), state.lastFlagThisMonth);
+        }
         refreshCycle(&state);
     }
 }
@@ -86,8 +92,9 @@ u8 *copyRow(const MeasRow &row, u32 shift, u32 size, u8 *target) {
         return target + size;
     }
     const u32 stride = row.srcOffset > region::demandTime.sec.offset ? demandArrayStride : sizeof(f32);
-    for (u32 i = 0; i < elements; i++)
+    for (u32 i = 0; i < elements; i++) {
         std::memcpy(target + i * sizeof(f32), source + i * stride, sizeof(f32));
+    }
     return target + elements * sizeof(f32);
 }
 
@@ -108,11 +115,15 @@ void rowWiseCopy(benchmark::State &bench) {
     std::size_t octets = 0;
     for (auto _ : bench) {
         u8 *target = copy.data();
-        for (const CopiedTable &table : tables)
-            for (u32 walk = 0; walk < table.walks; walk++)
-                for (const MeasRow &row : measTable(table.id))
-                    if (row.wiring == anyWiring || row.wiring == wye)
+        for (const CopiedTable &table : tables) {
+            for (u32 walk = 0; walk < table.walks; walk++) {
+                for (const MeasRow &row : measTable(table.id)) {
+                    if (row.wiring == anyWiring || row.wiring == wye) {
                         target = copyRow(row, 4 * walk, table.size, target);
+                    }
+                }
+            }
+        }
         octets = static_cast<std::size_t>(target - copy.data());
         benchmark::DoNotOptimize(copy.data());
         benchmark::ClobberMemory();

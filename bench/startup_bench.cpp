@@ -35,8 +35,9 @@ std::string multiplied(const std::string &text, int times) {
     for (std::size_t at = text.find(open); at != std::string::npos; at = text.find(open, at)) {
         const std::size_t name = at + open.size();
         last = text.find(close, at) + close.size();
-        for (int i = 1; i < times; ++i)
+        for (int i = 1; i < times; ++i) {
             copies += open + std::to_string(i) + text.substr(name, last - name) + "\n";
+        }
         at = last;
     }
     return text.substr(0, last) + copies + text.substr(last);

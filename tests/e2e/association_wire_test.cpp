@@ -85,8 +85,9 @@ TEST_F(AssociationWire, requests_in_one_segment_are_answered_in_their_order) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     std::string segment;
-    for (int id = 1; id <= 20; ++id)
+    for (int id = 1; id <= 20; ++id) {
         segment += dataFrame(confirmedRequest(id, "82 00"));
+    }
     sendHex(client, segment);
     for (int id = 1; id <= 20; ++id) {
         const std::optional<std::string> answer = receiveMms(client);
@@ -123,8 +124,9 @@ TEST_F(AssociationWire, an_answer_longer_than_a_frame_comes_in_frames_of_the_agr
         frames.push_back(*frame);
     } while (frames.back().substr(12, 2) == "00");
     ASSERT_GT(frames.size(), 3U);
-    for (std::size_t i = 0; i + 1 < frames.size(); ++i)
+    for (std::size_t i = 0; i + 1 < frames.size(); ++i) {
         EXPECT_EQ(frames[i].substr(0, 14), "0300040402F000"); // 1028 octets
+    }
     EXPECT_LE(frames.back().size() / 2, 1028U);
     EXPECT_EQ(frames.back().substr(8, 6), "02F080");
     const std::optional<std::string> pdu = mmsOf(frames);
@@ -142,8 +144,9 @@ TEST_F(AssociationWire, any_other_service_is_rejected_with_its_invoke_id) {
              "BF 2E 0A A1 03 19 01 41 A2 03 19 01 42", // obtain a file
              "BF 47 00",                               // capability list
              "BF 4C 03 19 01 41",                      // delete a file
-         })
+         }) {
         EXPECT_EQ(ask(client, confirmedRequest(7, service)), canonical("A4 06 80 01 07 81 01 00")) << service;
+    }
     EXPECT_EQ(ask(client, identifyHex), identifyAnswerHex);
 }
 

@@ -165,8 +165,9 @@ TEST_F(BrowseAndRead, an_array_is_read_whole_by_element_by_range_and_by_componen
         << whole.substr(0, 40); // 64 of 20 octets
     for (const char *beyond :
          {"A5 03 82 01 40", "A5 06 82 04 7F FF FF FF", "A5 07 82 05 00 FF FF FF FF",
-          "A5 08 A3 06 80 01 3E 81 01 02", "A5 0E A3 0C 80 04 7F FF FF FF 81 04 7F FF FF FF"})
+          "A5 08 A3 06 80 01 3E 81 01 02", "A5 0E A3 0C 80 04 7F FF FF FF 81 04 7F FF FF FF"}) {
         EXPECT_EQ(part(beyond), canonical("A1 0A 02 01 01 A4 05 A1 03 80 01 0A")) << beyond;
+    }
 }
 
 TEST_F(BrowseAndRead, what_is_not_there_is_told_by_object_non_existent) {
@@ -180,8 +181,9 @@ TEST_F(BrowseAndRead, what_is_not_there_is_told_by_object_non_existent) {
     EXPECT_EQ(readOf("ZRX418MEAS", "$"), nonExistent);
     EXPECT_EQ(readOf("ZRX418MEAS", "LLN0$"), nonExistent);
     EXPECT_EQ(readOf("ZRX418MEAS", "LLN0$ST$Mod$stVal$a$b$c$d"), nonExistent);
-    for (std::size_t length : {32U, 33U, 64U, 255U, 256U, 1000U})
+    for (std::size_t length : {32U, 33U, 64U, 255U, 256U, 1000U}) {
         EXPECT_EQ(readOf("ZRX418MEAS", std::string(length, 'A')), nonExistent) << length;
+    }
     const std::string accessNonExistent = canonical("A2 0A 80 01 01 A2 05 A0 03 87 01 02");
     EXPECT_EQ(ask(client, getTypeOf(1, "ZRX418MEAS", "NOSUCH1")), accessNonExistent);
     EXPECT_EQ(ask(client, getNameList(1, 0, "NOSUCH")), accessNonExistent);
@@ -190,8 +192,9 @@ TEST_F(BrowseAndRead, what_is_not_there_is_told_by_object_non_existent) {
 
 TEST_F(BrowseAndRead, a_read_that_would_exceed_every_buffer_is_refused_whole) {
     std::string list;
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
         list += tlv("30", tlv("A0", objectName("ZRX418MEAS", "MHAI1$MX")));
+    }
     EXPECT_EQ(ask(client, confirmedRequest(1, tlv("A4", tlv("A1", tlv("A0", list))))),
               canonical("A2 0A 80 01 01 A2 05 A0 03 87 01 03"));
     EXPECT_EQ(ask(client, read(2, "ZRX418MEAS", "LLN0$ST$Mod$stVal")).value_or("").substr(0, 2), "A1");

@@ -18,8 +18,9 @@ class ClientCommands : public ServerSuite {
         put(region, 21360, std::uint32_t{1700000000}); // time of the real-time block
         put(region, 21364, std::uint32_t{250});
         put(region, 21368, std::uint8_t{10});
-        for (std::size_t order = 2; order <= 50; ++order) // spectrum of the current of phase A
+        for (std::size_t order = 2; order <= 50; ++order) { // spectrum of the current of phase A
             put(region, 24380 + 4 * (order - 1), 0.5F / static_cast<float>(order));
+        }
         raise(region, 11812);
         EXPECT_TRUE(waitUntil([] {
             return client({"read", "ZRX418MEAS/MMXU1.Hz"}).out.find("49.98") != std::string::npos;
@@ -92,10 +93,11 @@ TEST_F(ClientCommands, array_elements_and_ranges_are_those_of_the_whole_array) {
         return text.substr(value, text.find(' ', value) - value);
     };
     EXPECT_NE(element(whole, "5"), "0");
-    for (const char *index : {"0", "5", "63"})
+    for (const char *index : {"0", "5", "63"}) {
         EXPECT_EQ(element(client({"read", array + "[" + index + "]"}).out + " ", index),
                   element(whole, index))
             << index;
+    }
     EXPECT_EQ(element(client({"read", array + "[60..63]"}).out, "63"), element(whole, "63"));
     EXPECT_TRUE(contains(json({"read", array + "[5].mag.f[MX]"}), "\"value\":" + element(whole, "5")));
 }
@@ -171,8 +173,9 @@ TEST(ClientOfASmallServer, splits_what_exceeds_the_pdu_size_and_shows_the_same) 
         EXPECT_EQ(result.status, 0) << result.err;
         std::vector<std::string> references;
         std::istringstream lines(result.out);
-        for (std::string line; std::getline(lines, line);)
+        for (std::string line; std::getline(lines, line);) {
             references.push_back(line.substr(0, line.find(' ')));
+        }
         std::sort(references.begin(), references.end());
         return references;
     };

@@ -17,12 +17,13 @@ class ConnectDisconnect : public ServerSuite {
 long privateKib(pid_t pid) {
     std::ifstream file("/proc/" + std::to_string(pid) + "/status");
     std::string word;
-    while (file >> word)
+    while (file >> word) {
         if (word == "RssAnon:") {
             long kib = 0;
             file >> kib;
             return kib;
         }
+    }
     return 0;
 }
 
@@ -71,18 +72,21 @@ int clientCount() {
 
 TEST_F(ConnectDisconnect, hundreds_of_clients_leave_no_slot_descriptor_or_memory_behind) {
     const pid_t pid = server->process.pid;
-    for (int i = 0; i < 130; ++i) // every task has served, every buffer is in place
+    for (int i = 0; i < 130; ++i) { // every task has served, every buffer is in place
         visit(server->port, i);
+    }
     expectIntact();
     const std::size_t descriptors = descriptorCount(pid);
     const long memory = privateKib(pid);
-    for (int i = 0; i < clientCount(); ++i)
+    for (int i = 0; i < clientCount(); ++i) {
         visit(server->port, i);
+    }
     expectIntact();
     EXPECT_TRUE(waitUntil([&] { return descriptorCount(pid) == descriptors; })) << descriptorCount(pid);
     EXPECT_LE(privateKib(pid), memory + allowedKib);
     // All places are free: that many clients are served at once.
     std::vector<RawClient> clients(64);
-    for (RawClient &client : clients)
+    for (RawClient &client : clients) {
         ASSERT_TRUE(associate(client, server->port));
+    }
 }

@@ -50,8 +50,9 @@ TEST_P(BadIcdFile, ends_the_start_with_a_message_that_names_the_fault) {
     int status = 0;
     const std::string said = startAndEnd(server, status);
     EXPECT_EQ(status, GetParam().status);
-    for (const std::string &word : GetParam().words)
+    for (const std::string &word : GetParam().words) {
         EXPECT_NE(said.find(word), std::string::npos) << "'" << word << "' is not in:\n" << said;
+    }
     EXPECT_FALSE(listening(server.port));
 }
 
@@ -108,9 +109,10 @@ TEST(StartFailure, an_unreadable_icd_file_is_named) {
     Region region(arguments[6]);
     fchmod(region.descriptor, 0666);
     announceReady(region);
-    if (geteuid() == 0)
+    if (geteuid() == 0) {
         arguments.insert(arguments.begin(),
                          {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
+    }
     const RunResult result = run(arguments);
     EXPECT_EQ(result.status, 255) << result.out << result.err;
     EXPECT_NE((result.out + result.err).find("Permission denied"), std::string::npos)
@@ -121,17 +123,19 @@ TEST(StartFailure, a_port_below_1024_without_the_right_is_named) {
     TempFolder folder;
     chmod(folder.path.c_str(), 0777);
     const std::string low = readFile("/proc/sys/net/ipv4/ip_unprivileged_port_start");
-    if (std::atoi(low.c_str()) <= 1)
+    if (std::atoi(low.c_str()) <= 1) {
         GTEST_SKIP() << "every port is free to all on this host";
+    }
     std::vector<std::string> arguments = {
         binary("ied-server"), "--icd",      fullIcd(), "--root", folder.path,
         "--instance",         uniqueName(), "--port",  "1"};
     Region region(arguments[6]);
     fchmod(region.descriptor, 0666);
     announceReady(region);
-    if (geteuid() == 0)
+    if (geteuid() == 0) {
         arguments.insert(arguments.begin(), {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534",
                                              "--clear-groups", "--bounding-set=-all", "--inh-caps=-all"});
+    }
     const RunResult result = run(arguments);
     EXPECT_EQ(result.status, 0) << result.out << result.err;
     EXPECT_NE(result.err.find("port 1: Permission denied"), std::string::npos) << result.out << result.err;

@@ -258,8 +258,9 @@ TEST_F(DebugLog, AFileThatCannotBeMadeEndsTheProcessAfterThreeRounds) {
 TEST_F(DebugLog, AFullDiskLosesLinesOfTheFileAndNothingElse) {
     externGlbCfg.dbDest = DBINFO_DST_BOTH;
     EXPECT_EQ(inChild([] {
-                  if (std::freopen("/dev/null", "w", stdout) == nullptr || debugInfoInit() != 0)
+                  if (std::freopen("/dev/null", "w", stdout) == nullptr || debugInfoInit() != 0) {
                       _exit(1);
+                  }
                   fileOps.open = [](const char *, int, unsigned) {
                       return ::open("/dev/full", O_RDWR | O_CLOEXEC);
                   };
@@ -277,8 +278,9 @@ TEST_F(DebugLog, AFileThatOpensNoMoreKeepsTheConsole) {
     externGlbCfg.dbDest = DBINFO_DST_BOTH;
     EXPECT_EQ(inChild([this] {
                   const std::string console = folder.path + "/console";
-                  if (std::freopen(console.c_str(), "w", stdout) == nullptr || debugInfoInit() != 0)
+                  if (std::freopen(console.c_str(), "w", stdout) == nullptr || debugInfoInit() != 0) {
                       _exit(1);
+                  }
                   fileOps.open = [](const char *, int, unsigned) {
                       errno = ENOSPC;
                       return -1;

@@ -260,11 +260,13 @@ TEST(DocumentTreeDeath, TheInstrumentsFileCutAnywhereIsAnEnd) {
     constexpr u32 pool = 0x500000 * sizeof(void *) / 4;
     constexpr std::size_t step = 19997; // falls on tags, names, values and blanks alike
     EXPECT_EQ(endOf([&] { SclSession().build(whole, pool); }), 0);
-    for (std::size_t cut = 1; cut < whole.size(); cut += step)
+    for (std::size_t cut = 1; cut < whole.size(); cut += step) {
         ASSERT_EQ(endOf([&] { SclSession().build(whole.substr(0, cut), pool); }), 255) << cut;
+    }
     const std::size_t end = whole.rfind('>');
-    for (std::size_t rest = 0; rest < 60; ++rest) // at the closing tags, where all else is read
+    for (std::size_t rest = 0; rest < 60; ++rest) { // at the closing tags, where all else is read
         ASSERT_EQ(endOf([&] { SclSession().build(whole.substr(0, end - rest), pool); }), 255) << rest;
+    }
 }
 
 } // namespace
