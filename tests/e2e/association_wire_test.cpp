@@ -24,7 +24,7 @@ std::string inTwoTpdus(const std::string &whole, std::size_t cut) {
 
 } // namespace
 
-TEST_F(AssociationWire, a_client_connects_asks_concludes_and_releases) {
+TEST_F(AssociationWire, AClientConnectsAsksConcludesAndReleases) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     EXPECT_EQ(ask(client, identifyHex), identifyAnswerHex);
@@ -34,14 +34,14 @@ TEST_F(AssociationWire, a_client_connects_asks_concludes_and_releases) {
     EXPECT_TRUE(closedByPeer(client));
 }
 
-TEST_F(AssociationWire, a_connection_request_without_parameters_gets_the_bare_confirm) {
+TEST_F(AssociationWire, AConnectionRequestWithoutParametersGetsTheBareConfirm) {
     RawClient client;
     connectTo(client, server->port);
     sendHex(client, tpkt("06 E0 00 00 12 34 00"));
     EXPECT_EQ(receiveFrame(client), canonical("03 00 00 0B 06 D0 12 34 14 00 00"));
 }
 
-TEST_F(AssociationWire, an_abort_is_answered_and_ends_the_connection) {
+TEST_F(AssociationWire, AnAbortIsAnsweredAndEndsTheConnection) {
     for (const char *abort : {"64 03 80 01 07", "64 06 80 01 07 81 01 02"}) {
         RawClient client;
         ASSERT_TRUE(associate(client, server->port));
@@ -51,7 +51,7 @@ TEST_F(AssociationWire, an_abort_is_answered_and_ends_the_connection) {
     }
 }
 
-TEST_F(AssociationWire, requests_before_their_time_get_silence_and_do_no_harm) {
+TEST_F(AssociationWire, RequestsBeforeTheirTimeGetSilenceAndDoNoHarm) {
     RawClient client;
     connectTo(client, server->port);
     sendHex(client, associateRequestHex);    // before the transport connection
@@ -65,7 +65,7 @@ TEST_F(AssociationWire, requests_before_their_time_get_silence_and_do_no_harm) {
     EXPECT_EQ(ask(client, identifyHex), identifyAnswerHex);
 }
 
-TEST_F(AssociationWire, a_request_in_single_octets_is_answered_once) {
+TEST_F(AssociationWire, ARequestInSingleOctetsIsAnsweredOnce) {
     RawClient client;
     connectTo(client, server->port);
     for (const std::string &frame : {std::string(connectionRequestHex), std::string(associateRequestHex)}) {
@@ -81,7 +81,7 @@ TEST_F(AssociationWire, a_request_in_single_octets_is_answered_once) {
     EXPECT_EQ(ask(client, concludeRequestHex), canonical(concludeResponseHex)); // nothing in between
 }
 
-TEST_F(AssociationWire, requests_in_one_segment_are_answered_in_their_order) {
+TEST_F(AssociationWire, RequestsInOneSegmentAreAnsweredInTheirOrder) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     std::string segment;
@@ -96,7 +96,7 @@ TEST_F(AssociationWire, requests_in_one_segment_are_answered_in_their_order) {
     }
 }
 
-TEST_F(AssociationWire, a_request_in_fragments_is_answered_wherever_it_is_cut) {
+TEST_F(AssociationWire, ARequestInFragmentsIsAnsweredWhereverItIsCut) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     const std::string frame = dataFrame(identifyHex);
@@ -113,7 +113,7 @@ TEST_F(AssociationWire, a_request_in_fragments_is_answered_wherever_it_is_cut) {
     }
 }
 
-TEST_F(AssociationWire, an_answer_longer_than_a_frame_comes_in_frames_of_the_agreed_size) {
+TEST_F(AssociationWire, AnAnswerLongerThanAFrameComesInFramesOfTheAgreedSize) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     sendHex(client, dataFrame(getTypeOf(1, "ZRX418MEAS", "MMXU1")));
@@ -134,7 +134,7 @@ TEST_F(AssociationWire, an_answer_longer_than_a_frame_comes_in_frames_of_the_agr
     EXPECT_TRUE(pdu->starts_with("A182")) << pdu->substr(0, 40);
 }
 
-TEST_F(AssociationWire, any_other_service_is_rejected_with_its_invoke_id) {
+TEST_F(AssociationWire, AnyOtherServiceIsRejectedWithItsInvokeId) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     for (const char *service : {
@@ -150,7 +150,7 @@ TEST_F(AssociationWire, any_other_service_is_rejected_with_its_invoke_id) {
     EXPECT_EQ(ask(client, identifyHex), identifyAnswerHex);
 }
 
-TEST_F(AssociationWire, cancel_conclude_and_answers_from_a_client_get_what_the_standard_has_for_them) {
+TEST_F(AssociationWire, CancelConcludeAndAnswersFromAClientGetWhatTheStandardHasForThem) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     const auto answer = [&](const char *pdu) { return ask(client, pdu).value_or("silence"); };

@@ -94,7 +94,7 @@ const std::vector<Level> silent = {
 
 } // namespace
 
-TEST_F(BadInput, a_malformed_frame_gets_silence_and_the_next_request_its_answer) {
+TEST_F(BadInput, AMalformedFrameGetsSilenceAndTheNextRequestItsAnswer) {
     for (const Level &level : silent) {
         RawClient client;
         ASSERT_TRUE(associate(client, server->port));
@@ -105,7 +105,7 @@ TEST_F(BadInput, a_malformed_frame_gets_silence_and_the_next_request_its_answer)
     expectIntact();
 }
 
-TEST_F(BadInput, a_malformed_frame_before_the_association_does_not_spoil_it) {
+TEST_F(BadInput, AMalformedFrameBeforeTheAssociationDoesNotSpoilIt) {
     for (const Level &level : silent) {
         RawClient client;
         connectTo(client, server->port);
@@ -121,7 +121,7 @@ TEST_F(BadInput, a_malformed_frame_before_the_association_does_not_spoil_it) {
 
 // A header that promises more than comes makes the server wait for it; what comes instead is then
 // part of that frame. Only the connection itself can tell, by its end.
-TEST_F(BadInput, frame_lengths_of_every_kind_cost_only_their_own_connection) {
+TEST_F(BadInput, FrameLengthsOfEveryKindCostOnlyTheirOwnConnection) {
     for (const char *header :
          {"03 00 00 00", "03 00 00 01", "03 00 00 03", "03 00 00 05 02", "03 00 00 06 02 F0",
           "03 00 FF FF 02 F0 80", "00 00 00 07 02 F0 80", "FF FF FF FF FF FF FF FF"}) {
@@ -136,7 +136,7 @@ TEST_F(BadInput, frame_lengths_of_every_kind_cost_only_their_own_connection) {
     expectIntact();
 }
 
-TEST_F(BadInput, fragments_without_an_end_are_bounded) {
+TEST_F(BadInput, FragmentsWithoutAnEndAreBounded) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     const std::vector<u8> fragment = octets(frame(ascii(std::string(1000, 'x')), false));
@@ -151,7 +151,7 @@ TEST_F(BadInput, fragments_without_an_end_are_bounded) {
     expectIntact();
 }
 
-TEST_F(BadInput, every_cut_and_every_changed_octet_of_a_request_leaves_the_server_intact) {
+TEST_F(BadInput, EveryCutAndEveryChangedOctetOfARequestLeavesTheServerIntact) {
     const std::vector<u8> request =
         octets(dataFrame(read(1, "ZRX418MEAS", "MHAI1$MX$HA$phsAHar", "A5 08 A3 06 80 01 02 81 01 09")));
     RawClient client;
@@ -176,7 +176,7 @@ TEST_F(BadInput, every_cut_and_every_changed_octet_of_a_request_leaves_the_serve
     expectIntact();
 }
 
-TEST_F(BadInput, a_list_of_thousands_of_names_is_answered_or_refused) {
+TEST_F(BadInput, AListOfThousandsOfNamesIsAnsweredOrRefused) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     // 2,000 unknown names: as many failures.
@@ -196,7 +196,7 @@ TEST_F(BadInput, a_list_of_thousands_of_names_is_answered_or_refused) {
 }
 
 // All of it again while others read and the instrument measures.
-TEST_F(BadInput, malformed_frames_under_load_harm_nobody_else) {
+TEST_F(BadInput, MalformedFramesUnderLoadHarmNobodyElse) {
     constexpr std::size_t realTimeCounterAt = 11812;
     std::atomic<bool> done = false;
     std::atomic<int> answered = 0, wrong = 0;

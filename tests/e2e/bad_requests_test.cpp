@@ -112,7 +112,7 @@ std::string connectWith(const std::string &selectors, const std::string &context
 
 } // namespace
 
-TEST_F(BadRequests, indices_outside_the_array_and_beyond_32_bits_read_nothing) {
+TEST_F(BadRequests, IndicesOutsideTheArrayAndBeyond32BitsReadNothing) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     const std::string nothing = canonical("A1 0A 02 01 01 A4 05 A1 03 80 01 0A");
@@ -127,7 +127,7 @@ TEST_F(BadRequests, indices_outside_the_array_and_beyond_32_bits_read_nothing) {
         << "of no elements";
 }
 
-TEST_F(BadRequests, names_of_every_length_and_odd_separators_lead_nowhere) {
+TEST_F(BadRequests, NamesOfEveryLengthAndOddSeparatorsLeadNowhere) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     std::vector<std::pair<std::string, std::string>> names;
@@ -159,7 +159,7 @@ TEST_F(BadRequests, names_of_every_length_and_odd_separators_lead_nowhere) {
     }
 }
 
-TEST_F(BadRequests, invoke_ids_come_back_as_they_were_however_often) {
+TEST_F(BadRequests, InvokeIdsComeBackAsTheyWereHoweverOften) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     const auto identify = [](const std::string &id) { return dataFrame(tlv("A0", id + "82 00")); };
@@ -176,7 +176,7 @@ TEST_F(BadRequests, invoke_ids_come_back_as_they_were_however_often) {
     }
 }
 
-TEST_F(BadRequests, a_proposed_size_of_any_number_is_answered_or_ignored) {
+TEST_F(BadRequests, AProposedSizeOfAnyNumberIsAnsweredOrIgnored) {
     const std::string rest = "81 01 05 82 01 05 83 01 05 A4 16 80 01 01 81 03 05 F1 00"
                              "82 0C 03 EE 1C 00 00 04 08 00 00 79 EF 18";
     struct Proposal {
@@ -207,7 +207,7 @@ TEST_F(BadRequests, a_proposed_size_of_any_number_is_answered_or_ignored) {
     }
 }
 
-TEST_F(BadRequests, requests_under_way_are_answered_before_a_conclude_a_cancel_a_release_or_an_abort) {
+TEST_F(BadRequests, RequestsUnderWayAreAnsweredBeforeAConcludeACancelAReleaseOrAnAbort) {
     struct End {
         const char *name;
         std::string frame;
@@ -239,7 +239,7 @@ TEST_F(BadRequests, requests_under_way_are_answered_before_a_conclude_a_cancel_a
     }
 }
 
-TEST_F(BadRequests, an_associate_with_one_odd_part_is_accepted_or_ignored) {
+TEST_F(BadRequests, AnAssociateWithOneOddPartIsAcceptedOrIgnored) {
     const std::string selectors = "33 02 00 01 34 02 00 01";
     const std::string acse = "30 0F 02 01 01 06 04 52 01 00 01 30 04 06 02 51 01";
     const std::string mms = "30 10 02 01 03 06 05 28 CA 22 02 01 30 04 06 02 51 01";
@@ -291,7 +291,7 @@ TEST_F(BadRequests, an_associate_with_one_odd_part_is_accepted_or_ignored) {
     }
 }
 
-TEST_F(BadRequests, a_value_of_every_type_for_a_leaf_of_every_type_is_answered_by_a_result) {
+TEST_F(BadRequests, AValueOfEveryTypeForALeafOfEveryTypeIsAnsweredByAResult) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     std::set<std::string> written;

@@ -89,7 +89,7 @@ std::vector<std::string> allNames(RawClient &client, int objectClass, const std:
 
 } // namespace
 
-TEST_F(BrowseAndRead, every_name_of_every_device_has_a_type_and_a_value) {
+TEST_F(BrowseAndRead, EveryNameOfEveryDeviceHasATypeAndAValue) {
     const std::vector<std::string> devices = allNames(client, 9, "");
     ASSERT_GE(devices.size(), 8U);
     EXPECT_TRUE(std::is_sorted(devices.begin(), devices.end()));
@@ -120,7 +120,7 @@ TEST_F(BrowseAndRead, every_name_of_every_device_has_a_type_and_a_value) {
     EXPECT_GT(objects, 1000U);
 }
 
-TEST_F(BrowseAndRead, a_list_goes_on_behind_the_name_that_the_client_gives) {
+TEST_F(BrowseAndRead, AListGoesOnBehindTheNameThatTheClientGives) {
     const std::vector<std::string> names = allNames(client, 0, "ZRX418MEAS");
     const NameList rest =
         namesOf(ask(client, getNameList(1, 0, "ZRX418MEAS", names[names.size() - 3])).value());
@@ -131,7 +131,7 @@ TEST_F(BrowseAndRead, a_list_goes_on_behind_the_name_that_the_client_gives) {
     EXPECT_FALSE(none.more);
 }
 
-TEST_F(BrowseAndRead, a_value_follows_the_region_in_the_unit_of_the_model) {
+TEST_F(BrowseAndRead, AValueFollowsTheRegionInTheUnitOfTheModel) {
     const auto value = [&](const char *item) {
         return ask(client, read(1, "ZRX418MEAS", item)).value_or("");
     };
@@ -150,7 +150,7 @@ TEST_F(BrowseAndRead, a_value_follows_the_region_in_the_unit_of_the_model) {
     EXPECT_EQ(value("MMXU1$MX$Hz$t").substr(18), canonical("91 08 65 53 F1 01 80 00 00 0A"));
 }
 
-TEST_F(BrowseAndRead, an_array_is_read_whole_by_element_by_range_and_by_component) {
+TEST_F(BrowseAndRead, AnArrayIsReadWholeByElementByRangeAndByComponent) {
     const auto part = [&](const std::string &access) {
         return ask(client, read(1, "ZRX418MEAS", "MHAI1$MX$HA$phsAHar", access)).value_or("");
     };
@@ -170,7 +170,7 @@ TEST_F(BrowseAndRead, an_array_is_read_whole_by_element_by_range_and_by_componen
     }
 }
 
-TEST_F(BrowseAndRead, what_is_not_there_is_told_by_object_non_existent) {
+TEST_F(BrowseAndRead, WhatIsNotThereIsToldByObjectNonExistent) {
     const auto readOf = [&](const std::string &domain, const std::string &item) {
         return ask(client, read(1, domain, item)).value_or("");
     };
@@ -190,7 +190,7 @@ TEST_F(BrowseAndRead, what_is_not_there_is_told_by_object_non_existent) {
     EXPECT_EQ(ask(client, getNameList(1, 0, "ZRX418MEAS", "NOSUCH")), accessNonExistent);
 }
 
-TEST_F(BrowseAndRead, a_read_that_would_exceed_every_buffer_is_refused_whole) {
+TEST_F(BrowseAndRead, AReadThatWouldExceedEveryBufferIsRefusedWhole) {
     std::string list;
     for (int i = 0; i < 200; ++i) {
         list += tlv("30", tlv("A0", objectName("ZRX418MEAS", "MHAI1$MX")));

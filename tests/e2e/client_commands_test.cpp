@@ -48,7 +48,7 @@ bool contains(const std::string &text, const std::string &part) {
 
 } // namespace
 
-TEST_F(ClientCommands, values_come_with_unit_quality_and_local_time) {
+TEST_F(ClientCommands, ValuesComeWithUnitQualityAndLocalTime) {
     const RunResult utc = client({"read", "ZRX418MEAS/MMXU1.TotW.mag.f[MX]"});
     EXPECT_EQ(utc.out, "ZRX418MEAS/MMXU1.TotW.mag.f[MX]  72 kW  good  2023-11-14 22:13:20.250\n");
     EXPECT_EQ(utc.status, 0);
@@ -56,7 +56,7 @@ TEST_F(ClientCommands, values_come_with_unit_quality_and_local_time) {
     EXPECT_EQ(east.out, "ZRX418MEAS/MMXU1.TotW.mag.f[MX]  72 kW  good  2023-11-15 03:13:20.250\n");
 }
 
-TEST_F(ClientCommands, a_read_is_one_json_document_and_a_round_one_line) {
+TEST_F(ClientCommands, AReadIsOneJsonDocumentAndARoundOneLine) {
     const std::string document = json({"read", "ZRX418MEAS/MMXU1.TotW", "ZRX418MEAS/MMXU1.Hz"});
     EXPECT_TRUE(contains(document,
                          "{\"reference\":\"ZRX418MEAS/MMXU1.TotW.mag.f[MX]\",\"value\":72,\"unit\":\"kW\","
@@ -68,7 +68,7 @@ TEST_F(ClientCommands, a_read_is_one_json_document_and_a_round_one_line) {
     EXPECT_EQ(std::count(rounds.begin(), rounds.end(), '\n'), 3);
 }
 
-TEST_F(ClientCommands, a_reference_stands_for_an_attribute_an_object_a_node_or_a_device) {
+TEST_F(ClientCommands, AReferenceStandsForAnAttributeAnObjectANodeOrADevice) {
     const auto lines = [](const std::string &reference) {
         const RunResult result = client({"read", reference});
         EXPECT_EQ(result.status, 0) << result.err;
@@ -82,7 +82,7 @@ TEST_F(ClientCommands, a_reference_stands_for_an_attribute_an_object_a_node_or_a
     EXPECT_TRUE(contains(client({"read", "ZRX418MEAS/MMXU1.TotW.units"}).out, "multiplier[CF]  3"));
 }
 
-TEST_F(ClientCommands, array_elements_and_ranges_are_those_of_the_whole_array) {
+TEST_F(ClientCommands, ArrayElementsAndRangesAreThoseOfTheWholeArray) {
     const std::string array = "ZRX418MEAS/MHAI1.HA.phsAHar";
     const std::string whole = client({"read", array}).out;
     EXPECT_EQ(std::count(whole.begin(), whole.end(), '\n'), 64);
@@ -102,7 +102,7 @@ TEST_F(ClientCommands, array_elements_and_ranges_are_those_of_the_whole_array) {
     EXPECT_TRUE(contains(json({"read", array + "[5].mag.f[MX]"}), "\"value\":" + element(whole, "5")));
 }
 
-TEST_F(ClientCommands, the_model_is_shown_with_types_and_found_by_pattern) {
+TEST_F(ClientCommands, TheModelIsShownWithTypesAndFoundByPattern) {
     EXPECT_TRUE(contains(client({"devices"}).out, "ZRX418MEAS\n"));
     EXPECT_TRUE(contains(json({"tree", "ZRX418MEAS/MMXU1.TotW[MX]"}),
                          "{\"reference\":\"ZRX418MEAS/MMXU1.TotW.mag.f[MX]\",\"type\":\"FLOAT32\"}"));
@@ -122,7 +122,7 @@ TEST_F(ClientCommands, the_model_is_shown_with_types_and_found_by_pattern) {
         contains(json({"identify"}), "{\"vendor\":\"ORV\",\"model\":\"QTM5-2\",\"revision\":\"V1.3150519\""));
 }
 
-TEST_F(ClientCommands, a_write_is_seen_by_the_next_read) {
+TEST_F(ClientCommands, AWriteIsSeenByTheNextRead) {
     const std::string db = "ZRX418MEAS/MMXU1.TotW.db";
     for (const char *value : {"5000", "0"}) {
         EXPECT_EQ(client({"write", db, value}).out, db + "[CF] = " + value + "\n");
@@ -130,7 +130,7 @@ TEST_F(ClientCommands, a_write_is_seen_by_the_next_read) {
     }
 }
 
-TEST_F(ClientCommands, the_exit_status_tells_refusal_usage_and_no_connection) {
+TEST_F(ClientCommands, TheExitStatusTellsRefusalUsageAndNoConnection) {
     struct Row {
         std::vector<std::string> arguments;
         int status;
@@ -161,7 +161,7 @@ TEST_F(ClientCommands, the_exit_status_tells_refusal_usage_and_no_connection) {
     EXPECT_TRUE(contains(mixed.out, "49.98 Hz"));
 }
 
-TEST(ClientOfASmallServer, splits_what_exceeds_the_pdu_size_and_shows_the_same) {
+TEST(ClientOfASmallServer, SplitsWhatExceedsThePduSizeAndShowsTheSame) {
     ServerProcess small({"", {"tickRate=1000", "maxMmsPduSize=1000"}, {}, true});
     ServerProcess large({"", fastTicks, {}, true});
     launchServer(large);

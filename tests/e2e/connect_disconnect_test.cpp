@@ -70,7 +70,7 @@ int clientCount() {
 
 } // namespace
 
-TEST_F(ConnectDisconnect, hundreds_of_clients_leave_no_slot_descriptor_or_memory_behind) {
+TEST_F(ConnectDisconnect, HundredsOfClientsLeaveNoSlotDescriptorOrMemoryBehind) {
     const pid_t pid = server->process.pid;
     for (int i = 0; i < 130; ++i) { // every task has served, every buffer is in place
         visit(server->port, i);

@@ -37,7 +37,7 @@ void loseLink(RawClient &client) {
 
 } // namespace
 
-TEST_F(EightClients, all_read_without_pause_and_each_gets_its_own_answers) {
+TEST_F(EightClients, AllReadWithoutPauseAndEachGetsItsOwnAnswers) {
     constexpr int reads = 100;
     std::atomic<int> good = 0;
     std::vector<std::thread> threads;
@@ -61,7 +61,7 @@ TEST_F(EightClients, all_read_without_pause_and_each_gets_its_own_answers) {
     EXPECT_EQ(good, reads * static_cast<int>(places));
 }
 
-TEST_F(EightClients, a_ninth_waits_while_they_read_without_pause_and_is_served_when_one_leaves) {
+TEST_F(EightClients, ANinthWaitsWhileTheyReadWithoutPauseAndIsServedWhenOneLeaves) {
     std::vector<RawClient> clients(places);
     for (RawClient &client : clients) {
         ASSERT_TRUE(associate(client, server->port));
@@ -102,7 +102,7 @@ TEST_F(EightClients, a_ninth_waits_while_they_read_without_pause_and_is_served_w
     }
 }
 
-TEST_F(EightClients, one_that_never_reads_is_dropped_and_holds_nobody_up) {
+TEST_F(EightClients, OneThatNeverReadsIsDroppedAndHoldsNobodyUp) {
     RawClient deaf;
     ASSERT_TRUE(associate(deaf, server->port));
     int small = 4096;
@@ -125,7 +125,7 @@ TEST_F(EightClients, one_that_never_reads_is_dropped_and_holds_nobody_up) {
     EXPECT_GT(answers, 10);
 }
 
-TEST_F(EightClients, one_that_sends_an_octet_now_and_then_holds_nobody_up) {
+TEST_F(EightClients, OneThatSendsAnOctetNowAndThenHoldsNobodyUp) {
     RawClient slow;
     connectTo(slow, server->port);
     RawClient other;
@@ -137,7 +137,7 @@ TEST_F(EightClients, one_that_sends_an_octet_now_and_then_holds_nobody_up) {
     EXPECT_EQ(receiveFrame(slow), canonical(connectionConfirmHex));
 }
 
-TEST_F(EightClients, those_that_vanish_without_a_word_are_found_out) {
+TEST_F(EightClients, ThoseThatVanishWithoutAWordAreFoundOut) {
     std::vector<RawClient> lost(places);
     for (std::size_t i = 0; i < places; ++i) {
         ASSERT_TRUE(associate(lost[i], server->port));
@@ -150,7 +150,7 @@ TEST_F(EightClients, those_that_vanish_without_a_word_are_found_out) {
 }
 
 // The same over a real cable, without any of the host's help at the far end.
-TEST(LostLink, those_behind_a_link_that_goes_down_are_found_out) {
+TEST(LostLink, ThoseBehindALinkThatGoesDownAreFoundOut) {
     PrivateNetwork network;
     if (!network.fault.empty()) {
         GTEST_SKIP() << network.fault;
@@ -171,7 +171,7 @@ TEST(LostLink, those_behind_a_link_that_goes_down_are_found_out) {
     EXPECT_EQ(errors(server.process), "");
 }
 
-TEST_F(EightClients, resets_in_every_state_leave_nothing) {
+TEST_F(EightClients, ResetsInEveryStateLeaveNothing) {
     for (int round = 0; round < 3; ++round) {
         RawClient silent, transport, associated, asking, cut;
         connectTo(silent, server->port);

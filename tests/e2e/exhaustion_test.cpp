@@ -83,7 +83,7 @@ std::string askInParts(RawClient &client, const std::string &mmsPdu) {
 
 } // namespace
 
-TEST_F(Exhaustion, data_sets_run_out_and_come_back) {
+TEST_F(Exhaustion, DataSetsRunOutAndComeBack) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     const auto answer = [&](const std::string &pdu) { return ask(client, pdu).value_or("silence"); };
@@ -112,7 +112,7 @@ TEST_F(Exhaustion, data_sets_run_out_and_come_back) {
     EXPECT_EQ(answer(getNameList(1, 2, device)), before);
 }
 
-TEST_F(Exhaustion, names_of_data_sets_of_every_length_and_odd_separators) {
+TEST_F(Exhaustion, NamesOfDataSetsOfEveryLengthAndOddSeparators) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
     const auto answer = [&](const std::string &pdu) { return ask(client, pdu).value_or("silence"); };
@@ -139,7 +139,7 @@ TEST_F(Exhaustion, names_of_data_sets_of_every_length_and_odd_separators) {
     }
 }
 
-TEST_F(Exhaustion, a_data_set_comes_and_goes_under_those_who_read_it) {
+TEST_F(Exhaustion, ADataSetComesAndGoesUnderThoseWhoReadIt) {
     constexpr int pairs = 150;
     const std::string members = variable("LLN0$ST$Mod$stVal") + variable("LLN0$ST$Mod$q");
     std::string whole;
@@ -203,7 +203,7 @@ TEST_F(Exhaustion, a_data_set_comes_and_goes_under_those_who_read_it) {
     EXPECT_TRUE(defines.count(defined) == 1 && deletes.count(deleted) == 1);
 }
 
-TEST_F(Exhaustion, lists_of_100000_entries_get_one_answer) {
+TEST_F(Exhaustion, ListsOf100000EntriesGetOneAnswer) {
     constexpr int entries = 100000;
     const std::string name = "30 05 A0 03 80 01 41"; // a variable of the VMD, of which there is none
     const std::string variables = listOf(name, entries);
@@ -238,7 +238,7 @@ TEST_F(Exhaustion, lists_of_100000_entries_get_one_answer) {
               canonical("A1 1E 02 01 02"));
 }
 
-TEST_F(Exhaustion, half_open_connections_keep_nobody_out) {
+TEST_F(Exhaustion, HalfOpenConnectionsKeepNobodyOut) {
     std::vector<RawClient> flood(500);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -260,7 +260,7 @@ TEST_F(Exhaustion, half_open_connections_keep_nobody_out) {
     }
 }
 
-TEST_F(Exhaustion, clients_that_say_nothing_fill_the_server_until_they_leave) {
+TEST_F(Exhaustion, ClientsThatSayNothingFillTheServerUntilTheyLeave) {
     std::vector<RawClient> silent(16); // as many as there are places
     for (RawClient &client : silent) {
         connectTo(client, server->port);

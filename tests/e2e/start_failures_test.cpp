@@ -42,7 +42,7 @@ const std::size_t middle = 250000;
 
 } // namespace
 
-TEST_P(BadIcdFile, ends_the_start_with_a_message_that_names_the_fault) {
+TEST_P(BadIcdFile, EndsTheStartWithAMessageThatNamesTheFault) {
     TempFolder folder;
     const std::string path = folder.path + "/bad.icd";
     writeFile(path, GetParam().content(readFile(fullIcd())));
@@ -87,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
             0}),
     [](const auto &parameter) { return std::string(parameter.param.name); });
 
-TEST(StartFailure, a_missing_icd_file_is_named) {
+TEST(StartFailure, AMissingIcdFileIsNamed) {
     ServerProcess server({"/nonexistent/file.icd", {}, {}, true});
     int status = 0;
     const std::string said = startAndEnd(server, status);
@@ -97,7 +97,7 @@ TEST(StartFailure, a_missing_icd_file_is_named) {
 }
 
 // As root every file can be read and every port taken: rights are dropped first.
-TEST(StartFailure, an_unreadable_icd_file_is_named) {
+TEST(StartFailure, AnUnreadableIcdFileIsNamed) {
     TempFolder folder;
     const std::string path = folder.path + "/secret.icd";
     writeFile(path, readFile(fullIcd()));
@@ -119,7 +119,7 @@ TEST(StartFailure, an_unreadable_icd_file_is_named) {
         << result.out << result.err;
 }
 
-TEST(StartFailure, a_port_below_1024_without_the_right_is_named) {
+TEST(StartFailure, APortBelow1024WithoutTheRightIsNamed) {
     TempFolder folder;
     chmod(folder.path.c_str(), 0777);
     const std::string low = readFile("/proc/sys/net/ipv4/ip_unprivileged_port_start");
@@ -141,7 +141,7 @@ TEST(StartFailure, a_port_below_1024_without_the_right_is_named) {
     EXPECT_NE(result.err.find("port 1: Permission denied"), std::string::npos) << result.out << result.err;
 }
 
-TEST(StartFailure, an_occupied_port_is_named) {
+TEST(StartFailure, AnOccupiedPortIsNamed) {
     ServerProcess first;
     ASSERT_TRUE(startServer(first));
     ServerProcess second;
@@ -154,7 +154,7 @@ TEST(StartFailure, an_occupied_port_is_named) {
     EXPECT_TRUE(running(first.process));
 }
 
-TEST(StartFailure, an_instrument_that_is_not_ready_is_waited_for_and_said_once) {
+TEST(StartFailure, AnInstrumentThatIsNotReadyIsWaitedForAndSaidOnce) {
     ServerProcess server({"", {}, {}, false});
     launchServer(server);
     const auto said = [&] { return output(server.process) + errors(server.process); };
@@ -169,7 +169,7 @@ TEST(StartFailure, an_instrument_that_is_not_ready_is_waited_for_and_said_once) 
 }
 
 // Nobody has made the region yet: the server makes it and waits as long as the instrument takes.
-TEST(StartFailure, a_missing_region_is_waited_for_and_the_wait_can_be_ended) {
+TEST(StartFailure, AMissingRegionIsWaitedForAndTheWaitCanBeEnded) {
     TempFolder folder;
     const std::string instance = uniqueName();
     Process server;
@@ -184,7 +184,7 @@ TEST(StartFailure, a_missing_region_is_waited_for_and_the_wait_can_be_ended) {
     const Region leftOver(instance); // takes what the server made with it
 }
 
-TEST(StartFailure, a_folder_in_the_icd_files_place_is_named) {
+TEST(StartFailure, AFolderInTheIcdFilesPlaceIsNamed) {
     TempFolder folder;
     ServerProcess server({folder.path, {}, {}, true});
     int status = 0;
@@ -194,7 +194,7 @@ TEST(StartFailure, a_folder_in_the_icd_files_place_is_named) {
     EXPECT_NE(said.find("Is a directory"), std::string::npos) << said;
 }
 
-TEST(StartFailure, wrong_options_end_with_status_two_and_name_what_is_wrong) {
+TEST(StartFailure, WrongOptionsEndWithStatusTwoAndNameWhatIsWrong) {
     struct Row {
         std::vector<std::string> arguments;
         const char *word;

@@ -26,7 +26,7 @@ std::vector<int> bothWays(AsnList *list) {
     return values;
 }
 
-TEST(AsnList, elements_go_where_the_cursor_says) {
+TEST(AsnList, ElementsGoWhereTheCursorSays) {
     AsnList *list = AsnListNew(sizeof(int));
     EXPECT_EQ(AsnListAdd(list), nullptr);
     EXPECT_EQ(AsnListInsert(list), nullptr);
@@ -40,7 +40,7 @@ TEST(AsnList, elements_go_where_the_cursor_says) {
     AsnListFree(list);
 }
 
-TEST(AsnList, the_cursor_starts_at_the_first_and_ends_in_nothing) {
+TEST(AsnList, TheCursorStartsAtTheFirstAndEndsInNothing) {
     AsnList *list = AsnListNew(sizeof(int));
     EXPECT_EQ(AsnListFirst(list), nullptr);
     EXPECT_EQ(AsnListNext(list), nullptr);
@@ -53,7 +53,7 @@ TEST(AsnList, the_cursor_starts_at_the_first_and_ends_in_nothing) {
     AsnListFree(nullptr);
 }
 
-TEST(AsnList, the_successor_of_a_removed_element_becomes_the_current_one) {
+TEST(AsnList, TheSuccessorOfARemovedElementBecomesTheCurrentOne) {
     AsnList *list = AsnListNew(sizeof(int));
     for (int i = 1; i <= 4; ++i) {
         put(AsnListAppend(list), i);
@@ -76,7 +76,7 @@ TEST(AsnList, the_successor_of_a_removed_element_becomes_the_current_one) {
     AsnListFree(list);
 }
 
-TEST(AsnList, a_list_of_a_pool_is_dropped_with_it) {
+TEST(AsnList, AListOfAPoolIsDroppedWithIt) {
     MemoryPool pool{};
     mpAlloc(4096, &pool);
     AsnList *list = asnListNew(sizeof(int), &pool);

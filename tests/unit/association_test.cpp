@@ -8,7 +8,7 @@
 namespace ied::test {
 namespace {
 
-TEST(Association, replies_to_the_octet_and_ends_with_the_release) {
+TEST(Association, RepliesToTheOctetAndEndsWithTheRelease) {
     Conversation client;
     EXPECT_EQ(client.status(), CS_TCP);
     EXPECT_EQ(client.send(crFrame), ccFrame);
@@ -26,7 +26,7 @@ TEST(Association, replies_to_the_octet_and_ends_with_the_release) {
     EXPECT_EQ(client.status(), CS_RELEASED);
 }
 
-TEST(Association, no_client_but_one_in_the_data_state_that_reads_is_valid) {
+TEST(Association, NoClientButOneInTheDataStateThatReadsIsValid) {
     Conversation client;
     client.reachData();
     clientStat[client.slot].sendFail = externGlbCfg.maxSendFail;
@@ -65,7 +65,7 @@ std::string stateName(const testing::TestParamInfo<Reached> &info) {
 
 class Order : public testing::TestWithParam<Reached> {};
 
-TEST_P(Order, admits_what_the_state_allows_and_drops_the_rest_in_silence) {
+TEST_P(Order, AdmitsWhatTheStateAllowsAndDropsTheRestInSilence) {
     struct Sent {
         const char *what;
         std::string octets;
@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(States, Order,
                                          Reached::concluded),
                          stateName);
 
-TEST(Order, a_new_cr_on_a_live_association_starts_over) {
+TEST(Order, ANewCrOnALiveAssociationStartsOver) {
     Conversation client;
     client.reachData();
     EXPECT_EQ(client.send(crFrame), ccFrame);
@@ -107,14 +107,14 @@ TEST(Order, a_new_cr_on_a_live_association_starts_over) {
     EXPECT_EQ(client.send(request(2, identify)), identifyReply(2));
 }
 
-TEST(Order, a_request_may_stand_behind_the_release_in_one_segment) {
+TEST(Order, ARequestMayStandBehindTheReleaseInOneSegment) {
     Conversation client;
     client.reachData();
     EXPECT_EQ(client.send(request(4, identify) + releaseFrame()), identifyReply(4) + releaseReply);
     EXPECT_EQ(client.status(), CS_RELEASED);
 }
 
-TEST(Order, a_release_where_the_associate_belongs_is_answered_and_makes_no_association) {
+TEST(Order, AReleaseWhereTheAssociateBelongsIsAnsweredAndMakesNoAssociation) {
     Conversation client;
     client.send(crFrame);
     const std::string reply = client.send(frame(connectSpdu(cpType("6203 800100"))));
@@ -126,7 +126,7 @@ TEST(Order, a_release_where_the_associate_belongs_is_answered_and_makes_no_assoc
 }
 
 // Frames that would bring a request past the state of the client.
-TEST(Order, nothing_is_served_behind_a_cr_or_by_an_associate_in_a_finish) {
+TEST(Order, NothingIsServedBehindACrOrByAnAssociateInAFinish) {
     const std::string data = request(1, identify).substr(14);
     const std::string finish = tlv("C1", tlv("61", tlv("30", "020101" + tlv("A0", aarq(initiateRequest)))));
     for (const std::string &sent : {tpkt("06E0 0000 0001 00" + data), frame(tlv("09", finish))}) {
@@ -147,7 +147,7 @@ struct IgnoredCase {
 
 class Ignored : public testing::TestWithParam<IgnoredCase> {};
 
-TEST_P(Ignored, gets_silence_and_the_next_request_is_served) {
+TEST_P(Ignored, GetsSilenceAndTheNextRequestIsServed) {
     Conversation client;
     client.reachData();
     EXPECT_EQ(client.send(GetParam().octets), "");
@@ -201,7 +201,7 @@ const char *const fullCbb = "810305F100";
 
 class Negotiation : public testing::TestWithParam<Proposal> {};
 
-TEST_P(Negotiation, answer) {
+TEST_P(Negotiation, Answer) {
     Conversation client;
     client.send(crFrame);
     // Response and request have the same layers around them: it is enough to find the PDU.
@@ -235,7 +235,7 @@ INSTANTIATE_TEST_SUITE_P(
                              acceptedWith("800100", "810101 820105", "", "8103050000")}),
     [](const auto &one) { return std::string(one.param.what); });
 
-TEST(NegotiationRecord, holds_the_size_and_exactly_the_configured_services) {
+TEST(NegotiationRecord, HoldsTheSizeAndExactlyTheConfiguredServices) {
     Conversation client;
     const u8 list[] = {0, 2, 90, 84, 85, 0xFF, 4};
     std::memcpy(externGlbCfg.mmsServiceParam, list, sizeof list);
@@ -250,7 +250,7 @@ TEST(NegotiationRecord, holds_the_size_and_exactly_the_configured_services) {
     EXPECT_EQ(client.send(dataFrame("A009 020103 9F2503616263")), dataFrame("A406 800103 810100"));
 }
 
-TEST(NegotiationRecord, an_empty_list_rejects_every_service_but_not_conclude) {
+TEST(NegotiationRecord, AnEmptyListRejectsEveryServiceButNotConclude) {
     Conversation client;
     externGlbCfg.mmsServiceParam[0] = 0xFF;
     client.send(crFrame);
@@ -270,7 +270,7 @@ struct DispatchCase {
 
 class Dispatch : public testing::TestWithParam<DispatchCase> {};
 
-TEST_P(Dispatch, answer) {
+TEST_P(Dispatch, Answer) {
     Conversation client;
     client.reachData();
     EXPECT_EQ(client.send(dataFrame(GetParam().pdu)), dataFrame(GetParam().answer));
@@ -293,13 +293,13 @@ INSTANTIATE_TEST_SUITE_P(
                     DispatchCase{"conclude_error", "AD05 A003 890100", "A403 8B0100"}),
     [](const auto &one) { return std::string(one.param.what); });
 
-TEST(DispatchState, cancel_before_the_first_request_is_rejected) {
+TEST(DispatchState, CancelBeforeTheFirstRequestIsRejected) {
     Conversation client;
     client.associate();
     EXPECT_EQ(client.send(dataFrame("850103")), dataFrame("A403 860100"));
 }
 
-TEST(DispatchState, a_cancel_in_place_of_the_initiate_is_answered_inside_the_associate_reply) {
+TEST(DispatchState, ACancelInPlaceOfTheInitiateIsAnsweredInsideTheAssociateReply) {
     Conversation client;
     client.send(crFrame);
     const std::string reply = client.send(connectFrame("850103"));
@@ -307,7 +307,7 @@ TEST(DispatchState, a_cancel_in_place_of_the_initiate_is_answered_inside_the_ass
     EXPECT_EQ(client.status(), CS_ASSOCIATED);
 }
 
-TEST(ServiceErrors, class_and_code_of_an_internal_result) {
+TEST(ServiceErrors, ClassAndCodeOfAnInternalResult) {
     struct Row {
         i8 value;
         u32 errorClass;

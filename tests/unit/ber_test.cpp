@@ -10,7 +10,7 @@
 namespace ied::test {
 namespace {
 
-TEST(BerInteger, takes_the_shortest_form_both_ways) {
+TEST(BerInteger, TakesTheShortestFormBothWays) {
     const struct {
         AsnInt value;
         const char *hex;
@@ -34,7 +34,7 @@ TEST(BerInteger, takes_the_shortest_form_both_ways) {
     }
 }
 
-TEST(BerUnsigned, has_a_leading_zero_octet_when_its_top_bit_is_set) {
+TEST(BerUnsigned, HasALeadingZeroOctetWhenItsTopBitIsSet) {
     const struct {
         UAsnInt value;
         const char *hex;
@@ -53,7 +53,7 @@ TEST(BerUnsigned, has_a_leading_zero_octet_when_its_top_bit_is_set) {
     }
 }
 
-TEST(BerLength, takes_the_shortest_form) {
+TEST(BerLength, TakesTheShortestForm) {
     const struct {
         u32 len;
         const char *hex;
@@ -80,7 +80,7 @@ i32 lengthError(std::string_view hex, u32 &len) {
     return decodeError<u32>(decode, hex, len);
 }
 
-TEST(BerLength, is_read_in_every_form_up_to_four_octets) {
+TEST(BerLength, IsReadInEveryFormUpToFourOctets) {
     const struct {
         const char *hex;
         i32 error;
@@ -96,7 +96,7 @@ TEST(BerLength, is_read_in_every_form_up_to_four_octets) {
     }
 }
 
-TEST(BerTag, holds_up_to_four_octets_from_the_top) {
+TEST(BerTag, HoldsUpToFourOctetsFromTheTop) {
     const struct {
         const char *hex;
         i32 error;
@@ -119,7 +119,7 @@ TEST(BerTag, holds_up_to_four_octets_from_the_top) {
     }
 }
 
-TEST(BerBoolean, true_is_written_as_one_and_read_from_anything_but_zero) {
+TEST(BerBoolean, TrueIsWrittenAsOneAndReadFromAnythingButZero) {
     EXPECT_EQ(encoded<AsnBool>(BEncAsnBool, 7), "010101");
     EXPECT_EQ(encoded<AsnBool>(BEncAsnBool, 0), "010100");
     AsnBool value = 0;
@@ -127,7 +127,7 @@ TEST(BerBoolean, true_is_written_as_one_and_read_from_anything_but_zero) {
     EXPECT_EQ(value, 1);
 }
 
-TEST(BerBits, unused_bits_stand_in_front) {
+TEST(BerBits, UnusedBitsStandInFront) {
     u8 bits[] = {0xF1, 0x00};
     EXPECT_EQ(encoded<AsnBits>(BEncAsnBits, {11, bits}), "030305F100");
     EXPECT_EQ(encoded<AsnBits>(BEncAsnBits, {16, bits}), "030300F100");
@@ -140,7 +140,7 @@ TEST(BerBits, unused_bits_stand_in_front) {
     FreeAsnBits(&back);
 }
 
-TEST(BerStrings, segments_of_all_levels_are_joined_in_order) {
+TEST(BerStrings, SegmentsOfAllLevelsAreJoinedInOrder) {
     AsnOcts octs{};
     EXPECT_EQ(decodeError<AsnOcts>(BDecAsnOcts, "240A 04024142 2404 04024344", octs), 0);
     EXPECT_EQ(octs.octetLen, 4U);
@@ -157,7 +157,7 @@ TEST(BerStrings, segments_of_all_levels_are_joined_in_order) {
     FreeAsnBits(&bits);
 }
 
-TEST(BerStrings, an_empty_string_is_there_and_an_absent_one_is_not) {
+TEST(BerStrings, AnEmptyStringIsThereAndAnAbsentOneIsNot) {
     AsnOcts octs{};
     EXPECT_EQ(decodeError<AsnOcts>(BDecAsnOcts, "0400", octs), 0);
     EXPECT_NE(octs.octs, nullptr);
@@ -166,7 +166,7 @@ TEST(BerStrings, an_empty_string_is_there_and_an_absent_one_is_not) {
     FreeAsnOcts(&octs);
 }
 
-TEST(BerText, an_octet_that_the_type_forbids_marks_the_buffer_and_goes_out) {
+TEST(BerText, AnOctetThatTheTypeForbidsMarksTheBufferAndGoesOut) {
     u8 room[16];
     BerBuf buf;
     const struct {
@@ -187,7 +187,7 @@ TEST(BerText, an_octet_that_the_type_forbids_marks_the_buffer_and_goes_out) {
     }
 }
 
-TEST(BerReal, values_of_every_kind_go_both_ways) {
+TEST(BerReal, ValuesOfEveryKindGoBothWays) {
     const f64 infinity = std::numeric_limits<f64>::infinity();
     const struct {
         f64 value;
@@ -209,7 +209,7 @@ TEST(BerReal, values_of_every_kind_go_both_ways) {
     }
 }
 
-TEST(BerReal, other_bases_and_factors_are_read) {
+TEST(BerReal, OtherBasesAndFactorsAreRead) {
     const struct {
         const char *hex;
         f64 value;
@@ -253,7 +253,7 @@ struct Malformed {
 
 class MalformedPrimitive : public testing::TestWithParam<Malformed> {};
 
-TEST_P(MalformedPrimitive, is_refused_with_its_code) {
+TEST_P(MalformedPrimitive, IsRefusedWithItsCode) {
     EXPECT_EQ(GetParam().decode(GetParam().hex), GetParam().error);
 }
 
@@ -309,7 +309,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 std::string lastText;
 
-TEST(BerErrors, reach_the_handler_in_force) {
+TEST(BerErrors, ReachTheHandlerInForce) {
     Asn1ErrorHandler before = Asn1InstallErrorHandler([](const char *text) { lastText = text; });
     EXPECT_EQ(before, Asn1DefaultErrorHandler);
     AsnBool value = 0;
@@ -319,7 +319,7 @@ TEST(BerErrors, reach_the_handler_in_force) {
     EXPECT_EQ(asn1CurrentErrorHandler, Asn1DefaultErrorHandler);
 }
 
-TEST(BerBuf, an_encoding_larger_than_its_memory_is_told_from_one_that_fits) {
+TEST(BerBuf, AnEncodingLargerThanItsMemoryIsToldFromOneThatFits) {
     u8 room[8] = {};
     u8 content[3000];
     std::fill(std::begin(content), std::end(content), u8{0x55});
@@ -334,7 +334,7 @@ TEST(BerBuf, an_encoding_larger_than_its_memory_is_told_from_one_that_fits) {
     }
 }
 
-TEST(ExpBuf, reads_to_the_end_of_its_data_and_no_further) {
+TEST(ExpBuf, ReadsToTheEndOfItsDataAndNoFurther) {
     u8 data[] = {1, 2, 3, 4};
     ExpBuf *block = ExpBufAllocBuf();
     ExpBufInstallDataInBuf(block, data, sizeof data);
@@ -365,7 +365,7 @@ TEST(ExpBuf, reads_to_the_end_of_its_data_and_no_further) {
     Free(block);
 }
 
-TEST(ExpBuf, a_whole_element_is_copied_with_its_header) {
+TEST(ExpBuf, AWholeElementIsCopiedWithItsHeader) {
     const std::vector<u8> data = octets("BF2503 020105 FF");
     BerBuf buf;
     berBufRead(&buf, data.data(), static_cast<u32>(data.size()));

@@ -207,7 +207,7 @@ class Server : public testing::Test {
     std::ptrdiff_t descriptors;
 };
 
-TEST_F(Server, ends_the_connection_after_the_release_reply) {
+TEST_F(Server, EndsTheConnectionAfterTheReleaseReply) {
     Client client(port);
     ASSERT_TRUE(client.associate() && client.isServed());
     EXPECT_EQ(client.ask(releaseFrame(), releaseReply), releaseReply);
@@ -215,14 +215,14 @@ TEST_F(Server, ends_the_connection_after_the_release_reply) {
     EXPECT_TRUE(waitUntil([] { return logged("Client quit!"); }));
 }
 
-TEST_F(Server, ends_the_connection_after_the_abort_reply) {
+TEST_F(Server, EndsTheConnectionAfterTheAbortReply) {
     Client client(port);
     ASSERT_TRUE(client.associate());
     EXPECT_EQ(client.ask(abortFrame, abortReply), abortReply);
     EXPECT_TRUE(client.isEnded());
 }
 
-TEST_F(Server, keeps_the_connection_after_a_conclude) {
+TEST_F(Server, KeepsTheConnectionAfterAConclude) {
     Client client(port);
     ASSERT_TRUE(client.associate());
     EXPECT_EQ(client.ask(dataFrame("8B00"), dataFrame("8C00")), dataFrame("8C00"));
@@ -230,7 +230,7 @@ TEST_F(Server, keeps_the_connection_after_a_conclude) {
     client.close();
 }
 
-TEST_F(Server, lets_a_client_wait_while_no_slot_that_is_left_has_a_task) {
+TEST_F(Server, LetsAClientWaitWhileNoSlotThatIsLeftHasATask) {
     const auto change = [](u8 from, u8 to) {
         for (u8 slot = 0; slot < slots; ++slot) {
             if (loadPublished(clientStat[slot].status) == from) {
@@ -251,7 +251,7 @@ TEST_F(Server, lets_a_client_wait_while_no_slot_that_is_left_has_a_task) {
     EXPECT_EQ(client.take(canonical(ccFrame).size() / 2), canonical(ccFrame));
 }
 
-TEST_F(Server, gives_the_slot_back_when_a_client_vanishes_in_any_state) {
+TEST_F(Server, GivesTheSlotBackWhenAClientVanishesInAnyState) {
     const std::string half = request(1, identify).substr(0, 20);
     const std::vector<std::string> states[] = {
         {},
@@ -276,7 +276,7 @@ TEST_F(Server, gives_the_slot_back_when_a_client_vanishes_in_any_state) {
     EXPECT_TRUE(waitUntil([] { return logged("Receive 0 bytes!"); }));
 }
 
-TEST_F(Server, drops_a_client_that_never_reads) {
+TEST_F(Server, DropsAClientThatNeverReads) {
     Client client(port, 2048);
     ASSERT_TRUE(client.associate());
     ::timeval limit{0, 50'000};
@@ -289,7 +289,7 @@ TEST_F(Server, drops_a_client_that_never_reads) {
     }));
 }
 
-TEST_F(Server, lets_the_client_above_its_slots_wait_until_one_leaves) {
+TEST_F(Server, LetsTheClientAboveItsSlotsWaitUntilOneLeaves) {
     const u32 before = accepted;
     std::vector<std::unique_ptr<Client>> clients;
     for (u8 slot = 0; slot < slots; ++slot) {
@@ -307,7 +307,7 @@ TEST_F(Server, lets_the_client_above_its_slots_wait_until_one_leaves) {
     EXPECT_TRUE(clients[5]->isServed());
 }
 
-TEST_F(Server, loses_nothing_over_many_connections) {
+TEST_F(Server, LosesNothingOverManyConnections) {
     for (int round = 0; round < 500; ++round) {
         Client client(port);
         ASSERT_TRUE(client.connected);

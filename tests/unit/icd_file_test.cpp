@@ -15,12 +15,12 @@ auto python(const std::string &script, std::vector<std::string> arguments) {
     return run(arguments);
 }
 
-TEST(IcdFile, isWhatTheGeneratorWrites) {
+TEST(IcdFile, IsWhatTheGeneratorWrites) {
     const auto result = python("make_icd.py", {"--check", fullIcd()});
     EXPECT_EQ(result.status, 0) << result.err;
 }
 
-TEST(IcdFile, isWellFormed) {
+TEST(IcdFile, IsWellFormed) {
     const auto result = run({"/usr/bin/env", "xmllint", "--noout", fullIcd()});
     if (result.status == 127) {
         GTEST_SKIP() << "no xmllint here";
@@ -28,13 +28,13 @@ TEST(IcdFile, isWellFormed) {
     EXPECT_EQ(result.status, 0) << result.err;
 }
 
-TEST(IcdFile, passesTheChecks) {
+TEST(IcdFile, PassesTheChecks) {
     const auto result = python("check_icd.py", {fullIcd()});
     EXPECT_EQ(result.status, 0) << result.out << result.err;
 }
 
 // Every reader's remark goes to the debug log, which stands on the terminal here.
-TEST(IcdFile, isReadByTheServerWithoutARemark) {
+TEST(IcdFile, IsReadByTheServerWithoutARemark) {
     ServerOptions options;
     options.arguments = {"--debug", "4", "--model-pool", std::to_string(10 * 1024 * 1024 * 3 / 4)};
     ServerProcess server(options);
@@ -58,7 +58,7 @@ struct Fault {
 
 class IcdFault : public testing::TestWithParam<Fault> {};
 
-TEST_P(IcdFault, isFound) {
+TEST_P(IcdFault, IsFound) {
     std::string text = readFile(fullIcd());
     const std::string from = GetParam().from;
     const std::size_t at = text.find(from);

@@ -57,7 +57,7 @@ template <class Product> f64 cycleMean(const Product &product) {
     return sum / samples;
 }
 
-TEST(Quantities, agreeWithTheSampledWaveforms) {
+TEST(Quantities, AgreeWithTheSampledWaveforms) {
     const Phasors phasors = phasorsAt(testGrid(), 12345, false);
     const Quantities q = measure(phasors, wyeMethod);
     f64 total = 0;
@@ -85,7 +85,7 @@ TEST(Quantities, agreeWithTheSampledWaveforms) {
     EXPECT_NEAR(q.value[QA + 3], neutral, 1e-6);
 }
 
-TEST(Quantities, ofThreeWiresAreThoseOfTwoWattmeters) {
+TEST(Quantities, OfThreeWiresAreThoseOfTwoWattmeters) {
     const Phasors phasors = phasorsAt(testGrid(), 777, true);
     const Quantities q = measure(phasors, deltaMethod());
     const f64 power = cycleMean([&](int n) {
@@ -102,7 +102,7 @@ TEST(Quantities, ofThreeWiresAreThoseOfTwoWattmeters) {
     }
 }
 
-TEST(Quantities, negativeSequenceFollowsFromTheLineVoltages) {
+TEST(Quantities, NegativeSequenceFollowsFromTheLineVoltages) {
     Grid grid = usualGrid(230, 50, 10);
     for (const f64 ratio : {0.0, 0.01, 0.03}) {
         grid.negativeSequence = ratio;
@@ -122,7 +122,7 @@ TEST(Quantities, negativeSequenceFollowsFromTheLineVoltages) {
     }
 }
 
-TEST(Quantities, distortionFollowsFromTheSpectrum) {
+TEST(Quantities, DistortionFollowsFromTheSpectrum) {
     const Phasors phasors = phasorsAt(usualGrid(230, 50, 80), 99, false);
     const Quantities q = measure(phasors, wyeMethod);
     Method absolute = wyeMethod;
@@ -152,7 +152,7 @@ TEST(Quantities, distortionFollowsFromTheSpectrum) {
     }
 }
 
-TEST(Quantities, anglesAreRelativeToTheFirstVoltage) {
+TEST(Quantities, AnglesAreRelativeToTheFirstVoltage) {
     Grid grid = usualGrid(230, 50, 80);
     grid.drift = false;
     grid.negativeSequence = grid.zeroSequence = 0;
@@ -169,7 +169,7 @@ TEST(Quantities, anglesAreRelativeToTheFirstVoltage) {
     EXPECT_NEAR(q.value[QTotDPF], std::cos(pi / 6), 1e-9);
 }
 
-TEST(Flicker, isOneOnThePublishedCurve) {
+TEST(Flicker, IsOneOnThePublishedCurve) {
     struct Point {
         f64 rate, depth;
     };
@@ -183,7 +183,7 @@ TEST(Flicker, isOneOnThePublishedCurve) {
     EXPECT_LT(shortTermSeverity(1, 20), shortTermSeverity(1, 30));
 }
 
-TEST(Flicker, longTermIsTheCubicMean) {
+TEST(Flicker, LongTermIsTheCubicMean) {
     f64 values[12] = {};
     values[3] = 2;
     EXPECT_NEAR(longTermSeverity(values), std::cbrt(8.0 / 12), 1e-12);
@@ -191,7 +191,7 @@ TEST(Flicker, longTermIsTheCubicMean) {
     EXPECT_NEAR(longTermSeverity(values), 0.7, 1e-12);
 }
 
-TEST(Energy, isTheIntegralOfThePowerByDirection) {
+TEST(Energy, IsTheIntegralOfThePowerByDirection) {
     Quantities q{};
     q.value[QTotW] = 36000;
     q.value[QTotVAr] = -18000;
@@ -217,7 +217,7 @@ TEST(Energy, isTheIntegralOfThePowerByDirection) {
     EXPECT_EQ(registerContent(-35.5), 0xFFFFFFDCu); // a net export
 }
 
-TEST(Demand, isTheMeanOfASlidingWindow) {
+TEST(Demand, IsTheMeanOfASlidingWindow) {
     DemandWindow window;
     DemandSample sample{};
     f64 all = 0;
@@ -243,7 +243,7 @@ TEST(Demand, isTheMeanOfASlidingWindow) {
     EXPECT_NEAR(predictedMean(window, 3, 10, QTotW, 8000, 1.0), (20045 + 30045 + 30000 + 40000) / 30.0, 1e-9);
 }
 
-TEST(Statistics, keepTheMomentOfEachExtreme) {
+TEST(Statistics, KeepTheMomentOfEachExtreme) {
     MonthExtremes month{};
     f64 values[QuantityCount] = {};
     const f64 course[] = {5, -2, 9, 9, 1};
@@ -260,7 +260,7 @@ TEST(Statistics, keepTheMomentOfEachExtreme) {
     EXPECT_EQ(monthOf(monthStart(655) - 1), 654);
 }
 
-TEST(Statistics, keepPhasesAndLinesApart) {
+TEST(Statistics, KeepPhasesAndLinesApart) {
     MonthExtremes month{};
     f64 values[QuantityCount] = {};
     values[QPhV] = 230;
@@ -303,7 +303,7 @@ std::set<int> movedBy(const Method &other) {
     return moved;
 }
 
-TEST(MethodChange, isToldForEachValueThatItMoves) {
+TEST(MethodChange, IsToldForEachValueThatItMoves) {
     std::vector<Method> others(7, wyeMethod);
     others[0].ratedVolts = 240;
     others[1].ratedHertz = 60;

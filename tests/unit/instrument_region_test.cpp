@@ -57,7 +57,7 @@ class InstrumentRegion : public testing::Test {
     std::unique_ptr<Instrument> unit;
 };
 
-TEST_F(InstrumentRegion, holdsValuesThatAgreeWithEachOther) {
+TEST_F(InstrumentRegion, HoldsValuesThatAgreeWithEachOther) {
     step(3);
     const f64 w = real(21408) + real(21464) + real(21520);
     EXPECT_NEAR(real(21576), w, std::fabs(w) * 1e-5);
@@ -77,7 +77,7 @@ TEST_F(InstrumentRegion, holdsValuesThatAgreeWithEachOther) {
     EXPECT_NEAR(real(21404), 0.55 * 200, 25);          // a load that suits the transformers
 }
 
-TEST_F(InstrumentRegion, keepsDemandAndExtremesAroundTheValues) {
+TEST_F(InstrumentRegion, KeepsDemandAndExtremesAroundTheValues) {
     step(20);
     for (u32 place = 16647032; place < 16647836; place += 12) {
         EXPECT_LE(real(place + 4), real(place) * (1 + 1e-6) + 1e-6) << place;
@@ -102,7 +102,7 @@ TEST_F(InstrumentRegion, keepsDemandAndExtremesAroundTheValues) {
     EXPECT_LT(loadAt<u32>(area, 37311112 + 1472 + 4), loadAt<u32>(area, 16654024)); // last month lies before
 }
 
-TEST_F(InstrumentRegion, raisesEachCounterAtItsPace) {
+TEST_F(InstrumentRegion, RaisesEachCounterAtItsPace) {
     EXPECT_EQ(load(area, region::ready), 43605u);
     for (u32 i = 0; i < region::armFlag.count; i++) {
         ASSERT_GE(arm(i), 1000u) << i;
@@ -120,7 +120,7 @@ TEST_F(InstrumentRegion, raisesEachCounterAtItsPace) {
     EXPECT_EQ(flag(17), demand + 10);
 }
 
-TEST_F(InstrumentRegion, countsEnergyAndItsPulses) {
+TEST_F(InstrumentRegion, CountsEnergyAndItsPulses) {
     line("drift off");
     const u32 before = loadAt<u32>(area, 16639556);
     const u32 pulses = load(area, region::pulseCount, 6);
@@ -135,7 +135,7 @@ TEST_F(InstrumentRegion, countsEnergyAndItsPulses) {
     EXPECT_NEAR(loadAt<u32>(area, 16639564) - exported, 3 * 230 * 100 / 3600.0, 1.5);
 }
 
-TEST_F(InstrumentRegion, hasParametersWithinTheirLimits) {
+TEST_F(InstrumentRegion, HasParametersWithinTheirLimits) {
     u32 number = 0;
     forEachParameter([&](const Parameter &p) {
         number++;
@@ -146,7 +146,7 @@ TEST_F(InstrumentRegion, hasParametersWithinTheirLimits) {
     EXPECT_LE(loadAt<u16>(area, 7280) + loadAt<u16>(area, 7292), 128);
 }
 
-TEST_F(InstrumentRegion, turnsToTheOtherWiringBeforeItsCounter) {
+TEST_F(InstrumentRegion, TurnsToTheOtherWiringBeforeItsCounter) {
     const u32 base = arm(1);
     const u32 basic = flag(1);
     EXPECT_EQ(line("wiring delta"), "ok\n");
@@ -183,7 +183,7 @@ void expectConsistentWye(Region area) {
     }
 }
 
-TEST_F(InstrumentRegion, mixesNothingOfBothWiringsAfterACycle) {
+TEST_F(InstrumentRegion, MixesNothingOfBothWiringsAfterACycle) {
     line("harmonic voltage 3 20"); // of zero sequence: no line voltage has it
     step(100);
     constexpr u32 thd = 37311192; // highest of the month, of A or of AB
@@ -216,7 +216,7 @@ TEST_F(InstrumentRegion, mixesNothingOfBothWiringsAfterACycle) {
     expectConsistentWye(area);
 }
 
-TEST_F(InstrumentRegion, noticesWhileHeldThatTheWiringWentForthAndBack) {
+TEST_F(InstrumentRegion, NoticesWhileHeldThatTheWiringWentForthAndBack) {
     line("hold");
     line("wiring delta");
     line("wiring wye");
@@ -229,7 +229,7 @@ TEST_F(InstrumentRegion, noticesWhileHeldThatTheWiringWentForthAndBack) {
     EXPECT_EQ(flag(17), demand + 1);
 }
 
-TEST_F(InstrumentRegion, startsDemandAnewWithAnotherFormOfTheSpectra) {
+TEST_F(InstrumentRegion, StartsDemandAnewWithAnotherFormOfTheSpectra) {
     constexpr u32 third = 16647836 + 96; // order 3 of the first channel
     step(100);
     const u32 demand = flag(17);
@@ -248,7 +248,7 @@ TEST_F(InstrumentRegion, startsDemandAnewWithAnotherFormOfTheSpectra) {
     expectConsistentWye(area);
 }
 
-TEST_F(InstrumentRegion, forgetsExtremesThatMeanSomethingElse) {
+TEST_F(InstrumentRegion, ForgetsExtremesThatMeanSomethingElse) {
     struct Case {
         const char *parameter;
         u32 moved; // highest of the month
@@ -270,7 +270,7 @@ TEST_F(InstrumentRegion, forgetsExtremesThatMeanSomethingElse) {
     EXPECT_EQ(real(37312168), real(21576)); // highest demand of active power
 }
 
-TEST_F(InstrumentRegion, judgesFlickerSecondBySecond) {
+TEST_F(InstrumentRegion, JudgesFlickerSecondBySecond) {
     line("drift off");
     line("flicker 1 110");
     step(300);
@@ -280,7 +280,7 @@ TEST_F(InstrumentRegion, judgesFlickerSecondBySecond) {
     EXPECT_NEAR(real(58640), (first + second) / 2, 1e-6);
 }
 
-TEST_F(InstrumentRegion, takesAnEditOrRefusesIt) {
+TEST_F(InstrumentRegion, TakesAnEditOrRefusesIt) {
     editCopiesLive();
     storeAt<u16>(area, region::editArea + 738, 240);     // rated voltage
     storeAt<u16>(area, region::editArea + 6036 + 52, 9); // entries of snapshot group 2
@@ -302,7 +302,7 @@ TEST_F(InstrumentRegion, takesAnEditOrRefusesIt) {
     EXPECT_EQ(loadAt<u16>(area, 818), 1);
 }
 
-TEST_F(InstrumentRegion, operatesOutputsAndAcknowledges) {
+TEST_F(InstrumentRegion, OperatesOutputsAndAcknowledges) {
     editCopiesLive();
     storeAt<u32>(area, region::editArea + 7424, loadAt<u32>(area, 7424) + 1); // RO2 close
     executeCommand(unit.get(), {1, 1, 86, 0, 0});
@@ -324,7 +324,7 @@ TEST_F(InstrumentRegion, operatesOutputsAndAcknowledges) {
     EXPECT_EQ(loadAt<u32>(area, 648), loadAt<u32>(area, region::editArea + 648));
 }
 
-TEST_F(InstrumentRegion, goesOnWhereAFormerInstrumentStopped) {
+TEST_F(InstrumentRegion, GoesOnWhereAFormerInstrumentStopped) {
     line("set SET.sys.RtgVolt 240");
     step(50);
     const u32 basic = flag(1), base = arm(1), energy = loadAt<u32>(area, 16639556);
@@ -348,7 +348,7 @@ class InstrumentStart : public InstrumentRegion, public testing::WithParamInterf
     u32 now() const override { return begin + GetParam(); }
 };
 
-TEST_P(InstrumentStart, makesUpAPastThatAgrees) {
+TEST_P(InstrumentStart, MakesUpAPastThatAgrees) {
     for (const QuantityRow &row : quantityRows()) {
         const auto expectTime = [&](u32 place) {
             const u32 seen = loadAt<u32>(area, place + 4);
@@ -384,7 +384,7 @@ INSTANTIATE_TEST_SUITE_P(SecondsOfTheMonth, InstrumentStart,
                          testing::Values(0, 1, 400, 899, 900, 5000, 10 * 3600, 20 * 86400),
                          testing::PrintToStringParamName());
 
-TEST_F(InstrumentRegion, followsItsLineCommands) {
+TEST_F(InstrumentRegion, FollowsItsLineCommands) {
     line("drift off");
     line("load A 50 0.8");
     line("unbalance 3 1");
@@ -411,7 +411,7 @@ TEST_F(InstrumentRegion, followsItsLineCommands) {
     EXPECT_EQ(executeLine(unit.get(), "quit").after, After::Quit);
 }
 
-TEST_F(InstrumentRegion, tellsItsStateOfThisUpdateAndTheOneBefore) {
+TEST_F(InstrumentRegion, TellsItsStateOfThisUpdateAndTheOneBefore) {
     step(2);
     const f64 before = real(58616);
     step(1);

@@ -56,7 +56,7 @@ class DeviceProcess : public testing::Test {
     MsgQId watchdog = nullptr;
 };
 
-TEST_F(DeviceProcess, spyPrintsEachRecordOfBothQueuesAsOneLine) {
+TEST_F(DeviceProcess, SpyPrintsEachRecordOfBothQueuesAsOneLine) {
     run({"--spy"});
     std::string expected = "{\"spy\":\"ready\"}\n";
     expectOutput(expected);
@@ -72,7 +72,7 @@ TEST_F(DeviceProcess, spyPrintsEachRecordOfBothQueuesAsOneLine) {
     EXPECT_EQ(test::stop(device), 0);
 }
 
-TEST_F(DeviceProcess, spyTakesWhatWasSentBeforeItCameAndLeavesTheRegionAlone) {
+TEST_F(DeviceProcess, SpyTakesWhatWasSentBeforeItCameAndLeavesTheRegionAlone) {
     send(99, 0, 27);
     run({"--spy"});
     expectOutput(
@@ -87,7 +87,7 @@ TEST_F(DeviceProcess, spyTakesWhatWasSentBeforeItCameAndLeavesTheRegionAlone) {
     }
 }
 
-TEST_F(DeviceProcess, instrumentFillsTheRegionServesTheQueuesAndQuits) {
+TEST_F(DeviceProcess, InstrumentFillsTheRegionServesTheQueuesAndQuits) {
     run({"--show-queues", "--speed", "100"}, true);
     expectOutput("ready\n");
     const u8 *base = region();
@@ -105,7 +105,7 @@ TEST_F(DeviceProcess, instrumentFillsTheRegionServesTheQueuesAndQuits) {
     EXPECT_EQ(test::waitExit(device), 0);
 }
 
-TEST_F(DeviceProcess, namesFileAndLineOfAWrongScriptAndDoesTheRest) {
+TEST_F(DeviceProcess, NamesFileAndLineOfAWrongScriptAndDoesTheRest) {
     const test::TempFolder folder;
     const std::string path = folder.path + "/evening.txt";
     test::writeFile(
@@ -119,7 +119,7 @@ TEST_F(DeviceProcess, namesFileAndLineOfAWrongScriptAndDoesTheRest) {
     EXPECT_NE(result.out.find("\"RT.Hz\":"), std::string::npos) << result.out;
 }
 
-TEST_F(DeviceProcess, refusesOptionsItDoesNotKnowOrCannotUse) {
+TEST_F(DeviceProcess, RefusesOptionsItDoesNotKnowOrCannotUse) {
     for (const std::vector<std::string> &arguments : {std::vector<std::string>{"--speed", "0"},
                                                       {"--spi"},
                                                       {"--script", "/no/such/file"},

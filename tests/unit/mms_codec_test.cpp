@@ -47,7 +47,7 @@ void storeEntries(const MMSpdu &pdu) {
 
 class EveryPdu : public testing::TestWithParam<KnownPdu> {};
 
-TEST_P(EveryPdu, is_read_and_written_as_the_standard_has_it) {
+TEST_P(EveryPdu, IsReadAndWrittenAsTheStandardHasIt) {
     MMSpdu pdu{};
     EXPECT_EQ(decodeError<MMSpdu>(BDecMMSpdu, GetParam().hex, pdu, callingSide()), 0);
     EXPECT_EQ(pdu.choiceId, GetParam().choiceId);
@@ -72,7 +72,7 @@ const char *text(const AsnOcts &octs) {
     return reinterpret_cast<const char *>(octs.octs);
 }
 
-TEST(MmsFields, of_a_read_stand_where_the_standard_puts_them) {
+TEST(MmsFields, OfAReadStandWhereTheStandardPutsThem) {
     MMSpdu pdu = decoded(readHex("A00C A206 800101 810104 3002 8400"));
     EXPECT_EQ(pdu.confirmed_RequestPDU->invokeID, 7);
     const Read_Request *read = pdu.confirmed_RequestPDU->service->read;
@@ -95,7 +95,7 @@ TEST(MmsFields, of_a_read_stand_where_the_standard_puts_them) {
     FreeMMSpdu(&pdu);
 }
 
-TEST(MmsFields, of_the_same_type_are_not_mistaken_for_each_other) {
+TEST(MmsFields, OfTheSameTypeAreNotMistakenForEachOther) {
     MMSpdu pdu = decoded(responseHex("AD07 8002 0080 8101 01"));
     EXPECT_EQ(pdu.confirmed_ResponsePDU->service->deleteNamedVariableList_->numberMatched, 128U);
     EXPECT_EQ(pdu.confirmed_ResponsePDU->service->deleteNamedVariableList_->numberDeleted, 1U);
@@ -125,7 +125,7 @@ TEST(MmsFields, of_the_same_type_are_not_mistaken_for_each_other) {
 }
 
 // Wire tags of ObjectClass, ErrorClass, RejectReason: choice n has tag n, of reject reasons n + 1.
-TEST(MmsChoices, every_error_class_and_reject_reason_has_its_tag) {
+TEST(MmsChoices, EveryErrorClassAndRejectReasonHasItsTag) {
     for (u32 n = 0; n <= ServiceErrorChoice::others; ++n) {
         const std::string element = hexText(std::vector<u8>{static_cast<u8>(0x80 | n), 1, 9});
         EXPECT_EQ(encoded<ServiceErrorChoice>(BEncServiceErrorChoiceContent, {n, 9}), element);
@@ -187,7 +187,7 @@ ServedAs servedAs(u32 tag) {
     }
 }
 
-TEST(MmsServices, one_that_is_not_served_keeps_its_number_and_its_octets) {
+TEST(MmsServices, OneThatIsNotServedKeepsItsNumberAndItsOctets) {
     for (u32 tag = 0; tag <= 78; ++tag) {
         for (const bool constructed : {false, true}) {
             if (servedAs(tag) != ServedAs::not_) {
@@ -209,7 +209,7 @@ TEST(MmsServices, one_that_is_not_served_keeps_its_number_and_its_octets) {
     }
 }
 
-TEST(MmsServices, content_of_indefinite_length_is_kept_with_a_definite_one) {
+TEST(MmsServices, ContentOfIndefiniteLengthIsKeptWithADefiniteOne) {
     MMSpdu pdu = decoded("A080 020107 BF2E80 3080 040141 0000 0000 0000");
     const ConfirmedServiceRequest *request = pdu.confirmed_RequestPDU->service;
     EXPECT_EQ(request->choiceId, 46U);
@@ -218,7 +218,7 @@ TEST(MmsServices, content_of_indefinite_length_is_kept_with_a_definite_one) {
     FreeMMSpdu(&pdu);
 }
 
-TEST(MmsServices, a_number_that_is_none_and_a_served_one_in_the_other_form_are_refused) {
+TEST(MmsServices, ANumberThatIsNoneAndAServedOneInTheOtherFormAreRefused) {
     for (u32 tag = 0; tag <= 127; ++tag) {
         for (const bool constructed : {false, true}) {
             const bool otherForm =

@@ -17,7 +17,7 @@ struct DataCase {
 
 class EveryData : public testing::TestWithParam<DataCase> {};
 
-TEST_P(EveryData, is_read_and_written) {
+TEST_P(EveryData, IsReadAndWritten) {
     Data data{};
     EXPECT_EQ(decodeError<Data>(BDecData, GetParam().hex, data), 0);
     EXPECT_EQ(data.choiceId, GetParam().choiceId);
@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "9108 0001020304050607"}),
     [](const auto &one) { return std::string(one.param.what); });
 
-TEST(MmsData, values_stand_in_the_field_of_their_choice) {
+TEST(MmsData, ValuesStandInTheFieldOfTheirChoice) {
     Data data{};
     EXPECT_EQ(decodeError<Data>(BDecData, "8705083F800000", data), 0);
     EXPECT_EQ(data.octs->octetLen, 5U);
@@ -71,7 +71,7 @@ TEST(MmsData, values_stand_in_the_field_of_their_choice) {
     EXPECT_EQ(data.real_, 1.0);
 }
 
-TEST(MmsData, a_result_is_a_failure_by_its_tag_and_otherwise_a_value) {
+TEST(MmsData, AResultIsAFailureByItsTagAndOtherwiseAValue) {
     AccessResult result{};
     EXPECT_EQ(decodeError<AccessResult>(BDecAccessResult, "80010A", result), 0);
     EXPECT_EQ(result.choiceId, AccessResult::failure);
@@ -85,7 +85,7 @@ TEST(MmsData, a_result_is_a_failure_by_its_tag_and_otherwise_a_value) {
     FreeAccessResult(&result);
 }
 
-TEST(MmsData, an_array_of_vectors_reads_as_structures_of_floats) {
+TEST(MmsData, AnArrayOfVectorsReadsAsStructuresOfFloats) {
     u8 one[] = {8, 0x3F, 0x80, 0, 0}, two[] = {8, 0x40, 0, 0, 0};
     AsnOcts mags[] = {{5, one}, {5, two}}, angs[] = {{5, two}, {5, one}};
     DataArrayVec both{2, mags, angs}, magOnly{2, mags, nullptr}, none{0, mags, angs};
@@ -102,7 +102,7 @@ TEST(MmsData, an_array_of_vectors_reads_as_structures_of_floats) {
     EXPECT_EQ(encoded<Data>(BEncDataContent, data), "A100");
 }
 
-TEST(MmsData, the_octets_of_vectors_are_freed_with_their_value) {
+TEST(MmsData, TheOctetsOfVectorsAreFreedWithTheirValue) {
     Data data{};
     data.choiceId = Data::arrayVec;
     data.vec = MallocOf<DataArrayVec>();
@@ -115,7 +115,7 @@ TEST(MmsData, the_octets_of_vectors_are_freed_with_their_value) {
     EXPECT_EQ(data.vec, nullptr);
 }
 
-TEST(MmsData, an_unknown_choice_encodes_nothing) {
+TEST(MmsData, AnUnknownChoiceEncodesNothing) {
     Data data{};
     data.choiceId = 17;
     EXPECT_EQ(encoded<Data>(BEncDataContent, data), "");
@@ -129,7 +129,7 @@ struct TypeCase {
 
 class EveryType : public testing::TestWithParam<TypeCase> {};
 
-TEST_P(EveryType, is_read_and_written) {
+TEST_P(EveryType, IsReadAndWritten) {
     TypeSpecification type{};
     EXPECT_EQ(decodeError<TypeSpecification>(BDecTypeSpecification, GetParam().hex, type), 0);
     EXPECT_EQ(type.choiceId, GetParam().choiceId);

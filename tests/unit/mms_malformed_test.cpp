@@ -18,7 +18,7 @@ struct Malformed {
 
 class MalformedPdu : public testing::TestWithParam<Malformed> {};
 
-TEST_P(MalformedPdu, is_one_error) {
+TEST_P(MalformedPdu, IsOneError) {
     MMSpdu pdu{};
     EXPECT_EQ(decodeError<MMSpdu>(BDecMMSpdu, GetParam().hex, pdu), -820);
     FreeMMSpdu(&pdu);
@@ -67,7 +67,7 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"tag_in_a_longer_form", requestHex("9F02 00")}),
     [](const auto &one) { return std::string(one.param.what); });
 
-TEST(MmsNesting, is_followed_to_its_limit) {
+TEST(MmsNesting, IsFollowedToItsLimit) {
     const struct {
         const char *what;
         std::string (*request)(int levels);
@@ -109,7 +109,7 @@ TEST(MmsNesting, is_followed_to_its_limit) {
     }
 }
 
-TEST(MmsCost, a_length_that_nothing_stands_behind_costs_nothing) {
+TEST(MmsCost, ALengthThatNothingStandsBehindCostsNothing) {
     for (const char *hex :
          {"A0847FFFFFFF 020107 A4847FFFFFFE A1847FFFFFFD A1847FFFFFFC 80847FFFFFFB 41",
           "A080 020107 A480 A180 A180 80847FFFFFFB 41",
@@ -123,7 +123,7 @@ TEST(MmsCost, a_length_that_nothing_stands_behind_costs_nothing) {
     }
 }
 
-TEST(MmsCost, many_small_elements_cost_a_bounded_multiple_of_their_octets) {
+TEST(MmsCost, ManySmallElementsCostABoundedMultipleOfTheirOctets) {
     std::string elements;
     for (int i = 0; i < 20000; ++i) {
         elements += "A900"; // the dearest per octet: a string in no segment
@@ -165,7 +165,7 @@ void mutate(std::vector<u8> &data, std::mt19937 &random) {
     }
 }
 
-TEST(MmsMutations, are_refused_or_read_into_a_value_that_stays_itself) {
+TEST(MmsMutations, AreRefusedOrReadIntoAValueThatStaysItself) {
     std::mt19937 random(61850); // NOLINT: the same round every time
     std::vector<KnownPdu> seeds = requestPdus();
     for (KnownPdu &pdu : responsePdus()) {

@@ -35,7 +35,7 @@ const std::string broken = frame("01000100 6105 3003 020103 0000");
 // A frame that announces more octets than it has: the first part of one.
 const std::string half = frame("01000100" + tlv("61", std::string(600, '0'))).substr(0, 200);
 
-TEST(Segments, every_cut_of_every_request_is_answered_once_it_is_whole) {
+TEST(Segments, EveryCutOfEveryRequestIsAnsweredOnceItIsWhole) {
     Conversation client;
     const std::string conversation[][2] = {
         {canonical(crFrame), ccFrame},
@@ -64,14 +64,14 @@ TEST(Segments, every_cut_of_every_request_is_answered_once_it_is_whole) {
     }
 }
 
-TEST(Segments, a_whole_association_octet_by_octet) {
+TEST(Segments, AWholeAssociationOctetByOctet) {
     Conversation client;
     EXPECT_EQ(client.sendSlowly(std::string(crFrame) + connectFrame(initiateRequest) + request(1, identify) +
                                 releaseFrame()),
               ccFrame + canonical(connectReply) + identifyReply(1) + releaseReply);
 }
 
-TEST(Segments, requests_of_one_segment_are_answered_in_order_and_a_cut_one_waits) {
+TEST(Segments, RequestsOfOneSegmentAreAnsweredInOrderAndACutOneWaits) {
     Conversation client;
     client.associate();
     const std::string last = request(3, identify);
@@ -82,7 +82,7 @@ TEST(Segments, requests_of_one_segment_are_answered_in_order_and_a_cut_one_waits
     EXPECT_EQ(client.held(), 0U);
 }
 
-TEST(Segments, the_task_yields_a_tick_for_each_client_after_each_request) {
+TEST(Segments, TheTaskYieldsATickForEachClientAfterEachRequest) {
     Conversation client;
     client.associate();
     clientNum = 3;
@@ -91,7 +91,7 @@ TEST(Segments, the_task_yields_a_tick_for_each_client_after_each_request) {
     EXPECT_EQ(tickGet() - before, 6U);
 }
 
-TEST(Fragments, of_every_size_in_one_segment_and_in_segments_of_their_own) {
+TEST(Fragments, OfEverySizeInOneSegmentAndInSegmentsOfTheirOwn) {
     Conversation client;
     client.reachData();
     const std::string tsdu = tsduOf(request(5, identify));
@@ -105,7 +105,7 @@ TEST(Fragments, of_every_size_in_one_segment_and_in_segments_of_their_own) {
     }
 }
 
-TEST(Fragments, empty_ones_first_in_the_middle_and_last_change_nothing) {
+TEST(Fragments, EmptyOnesFirstInTheMiddleAndLastChangeNothing) {
     Conversation client;
     client.reachData();
     const std::string tsdu = tsduOf(request(6, identify));
@@ -115,14 +115,14 @@ TEST(Fragments, empty_ones_first_in_the_middle_and_last_change_nothing) {
               identifyReply(6));
 }
 
-TEST(Fragments, of_a_connect) {
+TEST(Fragments, OfAConnect) {
     Conversation client;
     client.send(crFrame);
     EXPECT_EQ(client.send(joined(fragments(tsduOf(connectFrame(initiateRequest)), 40))),
               canonical(connectReply));
 }
 
-TEST(Fragments, one_that_comes_in_three_tcp_pieces_does_not_lose_those_before_it) {
+TEST(Fragments, OneThatComesInThreeTcpPiecesDoesNotLoseThoseBeforeIt) {
     Conversation client;
     client.reachData();
     const std::vector<std::string> frames = fragments(tsduOf(request(7, identify)), 8);
@@ -134,7 +134,7 @@ TEST(Fragments, one_that_comes_in_three_tcp_pieces_does_not_lose_those_before_it
     EXPECT_EQ(client.send(frames[2]), identifyReply(7));
 }
 
-TEST(Fragments, that_make_a_broken_tsdu_are_forgotten_with_the_next_request) {
+TEST(Fragments, ThatMakeABrokenTsduAreForgottenWithTheNextRequest) {
     Conversation client;
     client.reachData();
     const std::string tsdu = tsduOf(broken);
@@ -151,7 +151,7 @@ TEST(Fragments, that_make_a_broken_tsdu_are_forgotten_with_the_next_request) {
     }
 }
 
-TEST(Fragments, more_than_the_reassembly_buffer_holds_are_dropped_and_the_next_request_is_served) {
+TEST(Fragments, MoreThanTheReassemblyBufferHoldsAreDroppedAndTheNextRequestIsServed) {
     Conversation client;
     client.reachData();
     const std::string piece = frame("01000100" + std::string(2 * 8000, '0'), false);
@@ -164,7 +164,7 @@ TEST(Fragments, more_than_the_reassembly_buffer_holds_are_dropped_and_the_next_r
     EXPECT_EQ(client.send(joined(fragments(tsduOf(request(9, identify)), 5))), identifyReply(9));
 }
 
-TEST(BrokenFrames, are_replaced_by_a_request_in_a_segment_of_its_own) {
+TEST(BrokenFrames, AreReplacedByARequestInASegmentOfItsOwn) {
     Conversation client;
     client.reachData();
     for (const std::string &bad : {broken, half, broken + half, half + broken, std::string("0300000212")}) {
@@ -175,7 +175,7 @@ TEST(BrokenFrames, are_replaced_by_a_request_in_a_segment_of_its_own) {
     }
 }
 
-TEST(BrokenFrames, with_a_request_behind_them_in_one_segment_wait_with_it_for_the_next) {
+TEST(BrokenFrames, WithARequestBehindThemInOneSegmentWaitWithItForTheNext) {
     Conversation client;
     client.reachData();
     EXPECT_EQ(client.send(broken + request(1, identify)), "");
@@ -183,7 +183,7 @@ TEST(BrokenFrames, with_a_request_behind_them_in_one_segment_wait_with_it_for_th
     EXPECT_EQ(client.held(), 0U);
 }
 
-TEST(BrokenFrames, do_not_hold_up_a_request_that_comes_in_pieces_behind_them) {
+TEST(BrokenFrames, DoNotHoldUpARequestThatComesInPiecesBehindThem) {
     Conversation client;
     client.reachData();
     const std::string good = request(3, identify);
@@ -200,7 +200,7 @@ TEST(BrokenFrames, do_not_hold_up_a_request_that_comes_in_pieces_behind_them) {
     }
 }
 
-TEST(BrokenFrames, between_fragments_do_not_lose_the_fragments) {
+TEST(BrokenFrames, BetweenFragmentsDoNotLoseTheFragments) {
     Conversation client;
     client.reachData();
     const std::vector<std::string> frames = fragments(tsduOf(request(4, identify)), 12);
@@ -210,7 +210,7 @@ TEST(BrokenFrames, between_fragments_do_not_lose_the_fragments) {
     EXPECT_EQ(client.send(frames[1]), identifyReply(4));
 }
 
-TEST(BrokenFrames, fill_the_reserve_buffer_and_are_forgotten) {
+TEST(BrokenFrames, FillTheReserveBufferAndAreForgotten) {
     Conversation client;
     client.reachData();
     for (u32 given = 0; given <= 2 * externGlbCfg.recvBufSize; given += static_cast<u32>(broken.size() / 2)) {
@@ -220,7 +220,7 @@ TEST(BrokenFrames, fill_the_reserve_buffer_and_are_forgotten) {
     EXPECT_EQ(client.send(request(1, identify)), identifyReply(1));
 }
 
-TEST(BrokenFrames, a_longest_frame_octet_by_octet_is_served_in_time) {
+TEST(BrokenFrames, ALongestFrameOctetByOctetIsServedInTime) {
     Conversation client;
     client.reachData();
     // An identify with a modifier of 65 kB, that is, nearly the longest TPKT there is.
@@ -231,7 +231,7 @@ TEST(BrokenFrames, a_longest_frame_octet_by_octet_is_served_in_time) {
     EXPECT_EQ(client.send(request(1, identify)), identifyReply(1));
 }
 
-TEST(Replies, one_that_does_not_fit_is_exchanged_for_the_service_error_access_denied) {
+TEST(Replies, OneThatDoesNotFitIsExchangedForTheServiceErrorAccessDenied) {
     Conversation client;
     client.reachData();
     externGlbCfg.sendBufSize = 100; // identify needs 106 with the room for the headers
@@ -243,7 +243,7 @@ TEST(Replies, one_that_does_not_fit_is_exchanged_for_the_service_error_access_de
     EXPECT_EQ(client.send(request(2, identify)), identifyReply(2));
 }
 
-TEST(Replies, one_too_long_for_the_session_lengths_of_an_associate_reply_is_exchanged_likewise) {
+TEST(Replies, OneTooLongForTheSessionLengthsOfAnAssociateReplyIsExchangedLikewise) {
     mpAlloc(0x10000, &model_gen_pool);
     for (const char *name :
          {"Measurements_of_feeder_1", "Measurements_of_feeder_2", "Measurements_of_feeder_3",
@@ -264,7 +264,7 @@ TEST(Replies, one_too_long_for_the_session_lengths_of_an_associate_reply_is_exch
     mpFree(&model_gen_pool);
 }
 
-TEST(Replies, an_empty_record_encodes_to_nothing) {
+TEST(Replies, AnEmptyRecordEncodesToNothing) {
     PacketBuf reply{};
     std::vector<u8> buf(200);
     EXPECT_EQ(encPacket(&reply, buf.data(), 200), 0U);

@@ -41,7 +41,7 @@ const auto nameOf = [](const auto &one) { return std::string(one.param.what); };
 
 class EveryApdu : public testing::TestWithParam<ValueCase> {};
 
-TEST_P(EveryApdu, is_read_and_written) {
+TEST_P(EveryApdu, IsReadAndWritten) {
     User_data data{};
     EXPECT_EQ(decodeError<User_data>(BDecUser_data, pdv(GetParam().hex), data), 0);
     EXPECT_EQ(encoded<User_data>(BEncUser_dataContent, data), canonical(pdv(GetParam().hex)));
@@ -69,7 +69,7 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{"rlre", tlv("63", "800101" + userInformation)}, ValueCase{"abrt", "6406 800101 810102"}),
     nameOf);
 
-TEST(Acse, the_value_of_an_unknown_mechanism_is_kept_whole) {
+TEST(Acse, TheValueOfAnUnknownMechanismIsKeptWhole) {
     User_data data{};
     EXPECT_EQ(decodeError<User_data>(BDecUser_data, pdv(aarqOf("AC0C A30A 0603 520304 0403 414243")), data),
               0);
@@ -88,7 +88,7 @@ TEST(Acse, the_value_of_an_unknown_mechanism_is_kept_whole) {
     FreeUser_data(&data);
 }
 
-TEST(Presentation, a_connect_is_read_and_written) {
+TEST(Presentation, AConnectIsReadAndWritten) {
     CP_type cp{};
     EXPECT_EQ(decodeError<CP_type>(BDecCP_type, cpOf(aarqOf("")), cp), 0);
     EXPECT_EQ(cp.mode_selector->mode_value, 1);
@@ -104,7 +104,7 @@ TEST(Presentation, a_connect_is_read_and_written) {
     FreeCP_type(&cp);
 }
 
-TEST(Presentation, an_accept_is_read_and_written) {
+TEST(Presentation, AnAcceptIsReadAndWritten) {
     const std::string hex =
         tlv("31", "A003 800101" +
                       tlv("A2", "8304 00000001 A512 3007 800100 8102 5101 3007 800100 8102 5101 8802 0600" +
@@ -116,7 +116,7 @@ TEST(Presentation, an_accept_is_read_and_written) {
     FreeCPA_PPDU(&cpa);
 }
 
-TEST(Presentation, what_a_value_list_holds_is_the_word_of_the_caller) {
+TEST(Presentation, WhatAValueListHoldsIsTheWordOfTheCaller) {
     for (const bool mms : {true, false}) {
         for (const std::string &apdu : {conclude, std::string("6200")}) {
             const std::vector<u8> content = octets(tlv("30", "0602 5101 020103" + tlv("A0", apdu)));
@@ -143,7 +143,7 @@ TEST(Presentation, what_a_value_list_holds_is_the_word_of_the_caller) {
     }
 }
 
-TEST(Presentation, other_encodings_of_user_data_are_read) {
+TEST(Presentation, OtherEncodingsOfUserDataAreRead) {
     for (const char *hex : {"4003 414243", "610A 3008 020101 8103 414243", "6109 3007 020101 8202 04F0"}) {
         User_data data{};
         EXPECT_EQ(decodeError<User_data>(BDecUser_data, hex, data), 0) << hex;
@@ -159,7 +159,7 @@ struct Malformed {
 
 class MalformedConnect : public testing::TestWithParam<Malformed> {};
 
-TEST_P(MalformedConnect, is_refused) {
+TEST_P(MalformedConnect, IsRefused) {
     CP_type cp{};
     EXPECT_LT(decodeError<CP_type>(BDecCP_type, GetParam().hex, cp), 0);
     FreeCP_type(&cp);
@@ -181,7 +181,7 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"no_identifier", tlv("31", "A003800101" + tlv("A2", "6106 3004 A002 6200"))}),
     nameOf);
 
-TEST(Presentation, the_components_of_a_set_come_in_any_order) {
+TEST(Presentation, TheComponentsOfASetComeInAnyOrder) {
     CP_type cp{};
     EXPECT_EQ(decodeError<CP_type>(BDecCP_type, "3180 A200 A080 800101 0000 0000", cp), 0);
     EXPECT_EQ(cp.mode_selector->mode_value, 1);
@@ -190,7 +190,7 @@ TEST(Presentation, the_components_of_a_set_come_in_any_order) {
 }
 
 // Nothing to expect but an end, with all memory given back: the leak checker has the word.
-TEST(Presentation, mutated_connects_are_refused_or_read) {
+TEST(Presentation, MutatedConnectsAreRefusedOrRead) {
     std::mt19937 random(8823); // NOLINT: the same round every time
     const std::string seeds[] = {cpOf(aarqOf("AC0C A30A 0603 520304 0403 414243")), cpOf(bareAare),
                                  cpOf(aarqOf("AC09 A207 0602 5101 810141"))};

@@ -14,7 +14,7 @@ struct DecodeCase {
 
 class Ppdu : public testing::TestWithParam<DecodeCase> {};
 
-TEST_P(Ppdu, decode) {
+TEST_P(Ppdu, Decode) {
     const std::vector<u8> data = octets(GetParam().octets);
     Ppdu8823 ppdu{};
     i32 err = 99;
@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(
         DecodeCase{"nothing", "", PresentData, -74}),
     [](const auto &one) { return std::string(one.param.what); });
 
-TEST(PpduCut, every_cut_of_a_connect_is_refused_and_freed) {
+TEST(PpduCut, EveryCutOfAConnectIsRefusedAndFreed) {
     const std::vector<u8> whole = octets(cpType(aarq(initiateRequest)));
     const std::size_t modeAlone = 8; // a CP-type of that size has all that is mandatory
     for (std::size_t size = 0; size < whole.size(); size += size + 1 == modeAlone ? 2 : 1) {
@@ -75,7 +75,7 @@ const std::string context = "300F 020101 0604 52010001 3004 0602 5101";
 
 class Connect : public testing::TestWithParam<ConnectCase> {};
 
-TEST_P(Connect, answer) {
+TEST_P(Connect, Answer) {
     Conversation client;
     client.send(crFrame);
     const std::string reply = client.send(frame(connectSpdu(GetParam().cpType)));

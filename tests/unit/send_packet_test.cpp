@@ -65,7 +65,7 @@ class SendPacket : public testing::Test {
     std::vector<u8> buf;
 };
 
-TEST_F(SendPacket, cuts_what_exceeds_the_frame_size_and_nothing_else) {
+TEST_F(SendPacket, CutsWhatExceedsTheFrameSizeAndNothingElse) {
     for (const u32 frameMax : {8U, 13U, 14U, 64U, 1028U}) {
         externGlbCfg.maxTpduSize = frameMax;
         for (const u32 len :
@@ -101,12 +101,12 @@ TEST_F(SendPacket, cuts_what_exceeds_the_frame_size_and_nothing_else) {
     EXPECT_EQ(sends[1].size(), 8U);
 }
 
-TEST_F(SendPacket, never_blocks_whatever_the_mode_of_the_socket) {
+TEST_F(SendPacket, NeverBlocksWhateverTheModeOfTheSocket) {
     EXPECT_TRUE(send(3000));
     EXPECT_FALSE(blocking);
 }
 
-TEST_F(SendPacket, goes_on_a_tenth_of_a_second_after_a_part_went) {
+TEST_F(SendPacket, GoesOnATenthOfASecondAfterAPartWent) {
     script = {100, 200, 300};
     const u32 start = tickGet();
     EXPECT_TRUE(send(1000));
@@ -115,7 +115,7 @@ TEST_F(SendPacket, goes_on_a_tenth_of_a_second_after_a_part_went) {
     EXPECT_EQ(sendFail(), 0U);
 }
 
-TEST_F(SendPacket, counts_what_blocks_and_forgets_it_when_all_went) {
+TEST_F(SendPacket, CountsWhatBlocksAndForgetsItWhenAllWent) {
     script = {blocks, blocks, 100, blocks};
     const u32 start = tickGet();
     EXPECT_TRUE(send(1000));
@@ -123,7 +123,7 @@ TEST_F(SendPacket, counts_what_blocks_and_forgets_it_when_all_went) {
     EXPECT_EQ(sendFail(), 0U);
 }
 
-TEST_F(SendPacket, gives_a_peer_up_that_reads_nothing_for_ten_seconds) {
+TEST_F(SendPacket, GivesAPeerUpThatReadsNothingForTenSeconds) {
     script.assign(1000, blocks);
     const u32 start = tickGet();
     EXPECT_FALSE(send(1000));
@@ -134,7 +134,7 @@ TEST_F(SendPacket, gives_a_peer_up_that_reads_nothing_for_ten_seconds) {
     EXPECT_EQ(calls, 100) << "nothing is sent to it any more";
 }
 
-TEST_F(SendPacket, gives_up_in_the_middle_of_the_frames) {
+TEST_F(SendPacket, GivesUpInTheMiddleOfTheFrames) {
     externGlbCfg.maxSendFail = 3;
     script = {1028, 500, blocks, blocks, blocks};
     EXPECT_FALSE(send(3000));
@@ -142,7 +142,7 @@ TEST_F(SendPacket, gives_up_in_the_middle_of_the_frames) {
     EXPECT_EQ(sendFail(), 3U);
 }
 
-TEST_F(SendPacket, gives_a_broken_connection_up_at_once) {
+TEST_F(SendPacket, GivesABrokenConnectionUpAtOnce) {
     script = {-EPIPE};
     const u32 start = tickGet();
     EXPECT_FALSE(send(10));
@@ -150,7 +150,7 @@ TEST_F(SendPacket, gives_a_broken_connection_up_at_once) {
     EXPECT_EQ(sendFail(), externGlbCfg.maxSendFail);
 }
 
-TEST_F(SendPacket, leaves_a_slot_alone_whose_client_has_left) {
+TEST_F(SendPacket, LeavesASlotAloneWhoseClientHasLeft) {
     storeShared(clientStat[client.slot].sockFd, -1);
     EXPECT_FALSE(send(10));
     EXPECT_EQ(calls, 0);
@@ -181,7 +181,7 @@ bool startHolder(u8 slot) {
            semTake(taken, WAIT_FOREVER) == OK;
 }
 
-TEST_F(SendPacket, waits_sixty_one_seconds_for_another_senders_packet) {
+TEST_F(SendPacket, WaitsSixtyOneSecondsForAnotherSendersPacket) {
     ASSERT_TRUE(startHolder(client.slot));
     const u32 start = tickGet();
     EXPECT_FALSE(send(10));
@@ -208,7 +208,7 @@ int noteClose(int) {
     return 0;
 }
 
-TEST_F(SendPacket, is_over_before_the_socket_is_closed) {
+TEST_F(SendPacket, IsOverBeforeTheSocketIsClosed) {
     socketOps.shutdown = noteShutdown;
     socketOps.close = noteClose;
     closing.clear();

@@ -21,7 +21,7 @@ u32 decode(Spdu8327 *rec, const std::vector<u8> &data, i32 *err) {
 
 class Spdu : public testing::TestWithParam<SpduCase> {};
 
-TEST_P(Spdu, decode) {
+TEST_P(Spdu, Decode) {
     Spdu8327 rec{};
     i32 err = 99;
     EXPECT_EQ(decode(&rec, octets(GetParam().octets), &err), GetParam().consumed);
@@ -68,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
         SpduCase{"nothing", "", 0, 0}),
     [](const auto &one) { return std::string(one.param.what); });
 
-TEST(Spdu, every_cut_of_a_connect_is_refused_within_its_octets) {
+TEST(Spdu, EveryCutOfAConnectIsRefusedWithinItsOctets) {
     const std::vector<u8> whole = octets(connectHead);
     for (std::size_t size = 0; size < whole.size(); ++size) {
         Spdu8327 rec{};
@@ -87,7 +87,7 @@ struct ReplyCase {
 
 class SpduReply : public testing::TestWithParam<ReplyCase> {};
 
-TEST_P(SpduReply, derives_from_the_request) {
+TEST_P(SpduReply, DerivesFromTheRequest) {
     Spdu8327 request{};
     i32 err = 0;
     ASSERT_NE(decode(&request, octets(GetParam().request), &err), 0U);
@@ -111,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, SpduReply,
                                          ReplyCase{"abort_of_6", "6406800100810100", "190711010531023210"}),
                          [](const auto &one) { return std::string(one.param.what); });
 
-TEST(SpduReport, travels_as_session_data) {
+TEST(SpduReport, TravelsAsSessionData) {
     Spdu8327 rec{};
     EXPECT_EQ(rpt_spdu_8327(&rec), 4);
     std::vector<u8> buf(4);

@@ -35,12 +35,12 @@ class Directories : public testing::Test {
     std::filesystem::path root;
 };
 
-TEST_F(Directories, nothing_to_do_is_a_success) {
+TEST_F(Directories, NothingToDoIsASuccess) {
     EXPECT_TRUE(dirInit(nullptr));
     EXPECT_TRUE(dirInit(""));
 }
 
-TEST_F(Directories, are_made_item_by_item_below_the_device) {
+TEST_F(Directories, AreMadeItemByItemBelowTheDevice) {
     EXPECT_TRUE(dirInit("/tffs0/a/b/"));
     EXPECT_TRUE(exists("tffs0/a/b"));
     EXPECT_TRUE(dirInit("/tffs0/a/c"));
@@ -49,7 +49,7 @@ TEST_F(Directories, are_made_item_by_item_below_the_device) {
     EXPECT_TRUE(dirInit("/tffs0"));
 }
 
-TEST_F(Directories, an_unknown_device_is_reported_and_the_start_goes_on) {
+TEST_F(Directories, AnUnknownDeviceIsReportedAndTheStartGoesOn) {
     testing::internal::CaptureStderr();
     EXPECT_TRUE(dirInit("/nodev/a/b/"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Invalid dev name \"/nodev/\"!\n");
@@ -61,7 +61,7 @@ struct RefusedPath {
     std::string message;
 };
 
-TEST_F(Directories, beyond_the_limits_are_refused_with_their_message) {
+TEST_F(Directories, BeyondTheLimitsAreRefusedWithTheirMessage) {
     const std::string deepest = "/tffs0/1/2/3/4/5/6/7/8";
     EXPECT_TRUE(dirInit((deepest + "/").c_str())) << "nine items";
     const std::string longItem(49, 'i');
@@ -86,7 +86,7 @@ int mkdirRefused(const char *, unsigned) {
     return -1;
 }
 
-TEST_F(Directories, that_cannot_be_made_are_a_failure) {
+TEST_F(Directories, ThatCannotBeMadeAreAFailure) {
     const FileOps host = fileOps;
     fileOps.mkdir = mkdirRefused;
     testing::internal::CaptureStderr();
@@ -106,7 +106,7 @@ struct BadStart {
 
 class StartDirectories : public testing::TestWithParam<BadStart> {};
 
-TEST_P(StartDirectories, that_cannot_be_made_end_the_process) {
+TEST_P(StartDirectories, ThatCannotBeMadeEndTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
@@ -188,7 +188,7 @@ void listenBesideHook(int failing) {
     listenAndFail(failing);
 }
 
-TEST(Listening, that_fails_beside_a_hook_is_a_failure_and_keep_alive_an_orderly_end) {
+TEST(Listening, ThatFailsBesideAHookIsAFailureAndKeepAliveAnOrderlyEnd) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     constexpr int socketStep = 1, keepAliveStep = 5, bindStep = 7, nonBlockingStep = 9;
     for (const int failing : {socketStep, bindStep, nonBlockingStep}) {
@@ -197,7 +197,7 @@ TEST(Listening, that_fails_beside_a_hook_is_a_failure_and_keep_alive_an_orderly_
     EXPECT_EXIT(listenBesideHook(keepAliveStep), testing::ExitedWithCode(1), "flushed");
 }
 
-TEST(Listening, each_step_that_fails_ends_the_process_with_its_message_and_the_reason) {
+TEST(Listening, EachStepThatFailsEndsTheProcessWithItsMessageAndTheReason) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const char *const messages[] = {
         "cannot listen on port 0: Permission denied.*socket create error",
@@ -230,7 +230,7 @@ int openListener(u16 *port) {
     return fd;
 }
 
-TEST(Listening, on_a_port_that_is_taken_ends_the_process_and_names_the_port) {
+TEST(Listening, OnAPortThatIsTakenEndsTheProcessAndNamesThePort) {
     GTEST_FLAG_SET(death_test_style, "fast");
     u16 port = 0;
     const int fd = openListener(&port);
@@ -245,7 +245,7 @@ TEST(Listening, on_a_port_that_is_taken_ends_the_process_and_names_the_port) {
     ::close(fd);
 }
 
-TEST(Listening, gives_a_silent_peer_the_time_of_the_keep_alive_values) {
+TEST(Listening, GivesASilentPeerTheTimeOfTheKeepAliveValues) {
     u16 port = 0;
     const int fd = openListener(&port);
     const struct {
@@ -270,7 +270,7 @@ TEST(Listening, gives_a_silent_peer_the_time_of_the_keep_alive_values) {
 
 // ------------------------------------------------------------------------------------- monitor
 
-TEST(MonitorRound, hands_the_refresh_back_when_there_was_one_and_waits_ten_ticks_when_not) {
+TEST(MonitorRound, HandsTheRefreshBackWhenThereWasOneAndWaitsTenTicksWhenNot) {
     externGlbCfgInit();
     heldClockStart(1'600'000'000, true);
     semMonitor = semBCreate(semQPriority, semEmpty);

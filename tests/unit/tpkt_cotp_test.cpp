@@ -18,7 +18,7 @@ std::string caseName(const testing::TestParamInfo<DecodeCase> &info) {
 
 class Tpkt : public testing::TestWithParam<DecodeCase> {};
 
-TEST_P(Tpkt, length) {
+TEST_P(Tpkt, Length) {
     const std::vector<u8> data = octets(GetParam().octets);
     TpduTpkt pdu{};
     i32 err = 99;
@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class CotpFields : public testing::TestWithParam<DecodeCase> {};
 
-TEST_P(CotpFields, decode) {
+TEST_P(CotpFields, Decode) {
     const std::vector<u8> data = octets(GetParam().octets);
     TpduCotp rec{};
     i32 err = 99;
@@ -73,7 +73,7 @@ struct ConfirmCase {
 
 class Confirm : public testing::TestWithParam<ConfirmCase> {};
 
-TEST_P(Confirm, answers_the_connection_request) {
+TEST_P(Confirm, AnswersTheConnectionRequest) {
     Conversation client;
     EXPECT_EQ(client.send(GetParam().request), canonical(GetParam().confirm));
     EXPECT_EQ(client.status(), CS_COTP);
@@ -98,7 +98,7 @@ u32 fragment(TpduCotp *rec, u32 payload, bool last, i32 *err) {
     return dec_tpdu_cotp(rec, data.data(), static_cast<u32>(data.size()), err);
 }
 
-TEST(Reassembly, takes_exactly_its_capacity_and_not_an_octet_more) {
+TEST(Reassembly, TakesExactlyItsCapacityAndNotAnOctetMore) {
     std::vector<u8> buffer(10);
     TpduCotp rec{};
     rec.reassemblyCapacity = 10;
@@ -115,7 +115,7 @@ TEST(Reassembly, takes_exactly_its_capacity_and_not_an_octet_more) {
     EXPECT_EQ(rec.eot, 1);
 }
 
-TEST(Reassembly, starts_again_after_a_plain_clear_and_keeps_its_buffer) {
+TEST(Reassembly, StartsAgainAfterAPlainClearAndKeepsItsBuffer) {
     std::vector<u8> buffer(10);
     TpduCotp rec{};
     rec.reassemblyCapacity = 10;
