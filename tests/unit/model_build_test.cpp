@@ -447,9 +447,9 @@ const FaultCase faults[] = {
      ":6: LDevice at line 6 has the same name \"IL\" as the one at line 4, which has no LN of the name "
      "\"GGIO1\""},
     {"doType", ln0File(oneObject, ""), "modelGetLNAttr : Get DOType error! \n",
-     ":7: IL/LLN0\\$..\\$O: there is no DOType with id \"D\""},
+     ":7: IL/LLN0\\.O: there is no DOType with id \"D\""},
     {"sdoType", ln0File(oneObject, "\n<DOType id=\"D\" cdc=\"WYE\"><SDO name=\"s\"/></DOType>"),
-     "modelGetSDO : Get DOType error! \n", ":8: IL/LLN0\\$..\\$O\\$s: there is no DOType with id \"\""},
+     "modelGetSDO : Get DOType error! \n", ":8: IL/LLN0\\.O\\.s: there is no DOType with id \"\""},
     {"daType",
      ln0File(
          oneObject,
@@ -462,16 +462,16 @@ const FaultCase faults[] = {
      "modelGetBDA : DAType for BDA not found!Exit\r\n",
      ":7: IL/LLN0\\$MX\\$O\\$mag\\$in: there is no DAType with id \"no\""},
     {"noCdc", ln0File(oneObject, "\n<DOType id=\"D\"><DA name=\"x\" fc=\"ST\" bType=\"INT8\"/></DOType>"), "",
-     ":8: DOType \"D\", used by IL/LLN0\\$..\\$O, has no cdc\ngetCDCType : CDC type is NULL"},
+     ":8: DOType \"D\", used by IL/LLN0\\.O, has no cdc\ngetCDCType : CDC type is NULL"},
     {"unknownCdc",
      ln0File(oneObject, "<DOType id=\"D\" cdc=\"XYZ\"><DA name=\"x\" fc=\"ST\" bType=\"INT8\"/></DOType>"),
      "",
-     ":7: DOType \"D\", used by IL/LLN0\\$..\\$O, has the unknown cdc \"XYZ\"\ngetCDCType : UNknown CDC type "
+     ":7: DOType \"D\", used by IL/LLN0\\.O, has the unknown cdc \"XYZ\"\ngetCDCType : UNknown CDC type "
      "XYZ "},
     {"doTypeCircle",
      ln0File(oneObject, "<DOType id=\"D\" cdc=\"WYE\"><SDO name=\"a\" type=\"E\"/></DOType>"
                         "<DOType id=\"E\" cdc=\"WYE\"><SDO name=\"b\" type=\"D\"/></DOType>"),
-     "", ":7: IL/LLN0\\$..\\$O\\$a\\$b: DOType \"D\" refers to itself: D -> E -> D"},
+     "", ":7: IL/LLN0\\.O\\.a\\.b: DOType \"D\" refers to itself: D -> E -> D"},
     {"daTypeCircle",
      ln0File(oneObject,
              "<DOType id=\"D\" cdc=\"MV\"><DA name=\"m\" fc=\"MX\" bType=\"Struct\" type=\"A\"/></DOType>"
@@ -480,8 +480,7 @@ const FaultCase faults[] = {
     {"deepStructs", nestedStructs(11), "",
      ":7: IL/LLN0\\$ST\\$O\\$s\\$n0.*\\$leaf7 lies deeper than 10 levels"},
     {"deepSdos", nestedSdos(11), "", ":7: IL/LLN0\\$MX\\$O\\$s0.*\\$s7\\$leaf lies deeper than 10 levels"},
-    {"deepSdosWithoutLeaves", nestedSdos(30), "",
-     ":7: IL/LLN0\\$..\\$O\\$s0.*\\$s8 lies deeper than 10 levels"},
+    {"deepSdosWithoutLeaves", nestedSdos(30), "", ":7: IL/LLN0\\.O\\.s0.*\\.s8 lies deeper than 10 levels"},
     {"instances", ln0File("", "", "\n<ReportControl name=\"rcb\"><RptEnabled max=\"100\"/></ReportControl>"),
      "", ":4: ReportControl \"rcb\" of IL/LLN0 has RptEnabled max=\"100\": at most 99 instances"},
     {"noDevice", "<html><body/></html>", "", ": no LDevice below"},

@@ -15,13 +15,13 @@ namespace {
 
 bool deepNodeTold; // one line in the log is enough
 
-// Data object node, the name of an SDO path and a leaf's place, for messages.
+// A data object, or one inside it, as people write it: it stands below several functional constraints.
 std::string sdoPathText(const DoBuild *build, const SdoPath *path) {
     std::string text;
     for (; path != nullptr; path = path->up) {
-        text = std::string("$") + shownText(path->sdo->name) + text;
+        text = std::string(".") + shownText(path->sdo->name) + text;
     }
-    return nodePath(build->ln) + "$..$" + shownText(build->dataObject->name) + text;
+    return nodePath(build->ln) + "." + shownText(build->dataObject->name) + text;
 }
 
 int pathLength(const SdoPath *path) {
