@@ -97,7 +97,7 @@ bool searchNodeByOcts(const AsnOcts *ldOcts, const AsnOcts *itemOcts, GenNode **
 
 bool searchNodeByObjName(const ObjectName *objectName, GenNode **node, const AlternateAccess *alternateAccess,
                          AccessSel *accessSel) {
-    const ObjectNameSeq *name = domainSpecific(objectName);
+    const ObjectNameSeq *name = domainSpecificParts(objectName);
     if (name == nullptr || !searchNodeByOcts(&name->domainId, &name->itemId, node, nullptr)) {
         return false;
     }

@@ -54,7 +54,7 @@ bool searchNodeByStr(const char *ldName, const char *itemText, GenNode **node);
 // By reference "LD/LN$FC$DO...".
 bool searchNodeByFullStr(const char *reference, GenNode **node);
 // The parts of a domain-specific name; null for any other, and for null.
-inline const ObjectNameSeq *domainSpecific(const ObjectName *name) {
+inline const ObjectNameSeq *domainSpecificParts(const ObjectName *name) {
     return name != nullptr && name->choiceId == ObjectName::domainSpecific ? name->domain_specific : nullptr;
 }
 // The name in an entry of a list of variables; null where the entry has another form of access.

@@ -29,7 +29,7 @@ void makeDomainSpecific(ObjectName *name, std::string_view domain, std::string_v
 } // namespace
 
 bool objName2Ref(const ObjectName *objectName, bool alloc, char **out) {
-    const ObjectNameSeq *name = domainSpecific(objectName);
+    const ObjectNameSeq *name = domainSpecificParts(objectName);
     if (name == nullptr || name->domainId.octs == nullptr || name->itemId.octs == nullptr ||
         u64{name->domainId.octetLen} + name->itemId.octetLen + 2 > maxReference || out == nullptr ||
         (!alloc && *out == nullptr)) {
@@ -81,7 +81,7 @@ void objectNameFromStr(ObjectName *objectName, const char *domainText, const cha
 }
 
 void objectNameCopy(ObjectName *target, const ObjectName *source) {
-    if (const ObjectNameSeq *parts = domainSpecific(source)) {
+    if (const ObjectNameSeq *parts = domainSpecificParts(source)) {
         makeDomainSpecific(target, octsView(&parts->domainId), octsView(&parts->itemId));
         return;
     }

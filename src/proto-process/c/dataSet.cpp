@@ -57,7 +57,7 @@ AsnListElement *findElement(const GenNode *ld, const ObjectName *name) {
 }
 
 bool findLd(const ObjectName *name, GenNode **ld) {
-    const ObjectNameSeq *parts = domainSpecific(name);
+    const ObjectNameSeq *parts = domainSpecificParts(name);
     return parts != nullptr && searchLdByOcts(&parts->domainId, ld);
 }
 
@@ -117,7 +117,7 @@ bool getDsList(AsnList *list, const AsnOcts *domainName, const AsnOcts *) {
 
 int checkDsName(const ObjectName *objectName) {
     constexpr const char *function = "checkDsName";
-    const ObjectNameSeq *parts = domainSpecific(objectName);
+    const ObjectNameSeq *parts = domainSpecificParts(objectName);
     if (parts == nullptr) {
         return -1;
     }

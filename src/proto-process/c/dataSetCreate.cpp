@@ -248,7 +248,7 @@ int checkDsMember(const AsnList *listOfVariable) {
 
 bool createDynDs(const ObjectName *objectName, const AsnList *listOfVariable) {
     GenNode *ld = nullptr;
-    const ObjectNameSeq *parts = domainSpecific(objectName);
+    const ObjectNameSeq *parts = domainSpecificParts(objectName);
     if (parts == nullptr || !searchLdByOcts(&parts->domainId, &ld)) {
         return false;
     }
