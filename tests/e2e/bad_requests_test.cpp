@@ -162,13 +162,13 @@ TEST_F(BadRequests, NamesOfEveryLengthAndOddSeparatorsLeadNowhere) {
 TEST_F(BadRequests, InvokeIdsComeBackAsTheyWereHoweverOften) {
     RawClient client;
     ASSERT_TRUE(associate(client, server->port));
-    const auto identify = [](const std::string &id) { return dataFrame(tlv("A0", id + "82 00")); };
+    const auto identifyWith = [](const std::string &id) { return dataFrame(tlv("A0", id + identify)); };
     const std::vector<std::string> ids = {"02 01 07",          "02 01 07",          "02 01 00",
                                           "02 01 FF",          "02 04 7F FF FF FF", "02 04 80 00 00 00",
                                           "02 04 7F FF FF FF", "02 01 07"};
     std::string frames;
     for (const std::string &id : ids) {
-        frames += identify(id);
+        frames += identifyWith(id);
     }
     sendHex(client, frames);
     for (const std::string &id : ids) {
