@@ -26,6 +26,7 @@ inline constexpr u8 clientNone = 255;
 struct ClientStat {
     u8 status;       // ClientState; shared
     i32 sockFd;      // shared
+    u32 association; // raised, under semSend, when a connection of the slot ends; shared
     u8 peerAddr[16]; // as accept gave it
     u32 pduSize;     // negotiated MMS PDU size; 0 is no limit of the client's
     u32 sendFail;    // failed sends since the last good one; shared
@@ -96,5 +97,8 @@ bool isClientValid(u8 slot);
 // Sends a packet as encPacket left it in `buf` (sendBufSize octets), cut in place to frames of
 // maxTpduSize. False when it did not go out whole; the association then ends by itself.
 bool sendPacket(u8 *buf, u32 len, u8 slot);
+// The same for what belongs to that association of the slot: nothing goes out once it has ended, so
+// that the next client of the slot never gets it.
+bool sendPacket(u8 *buf, u32 len, u8 slot, u32 association);
 
 } // namespace ied

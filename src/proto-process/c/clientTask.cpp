@@ -72,6 +72,7 @@ void closeSocket(u8 slot) {
         semTake(semSend[slot], WAIT_FOREVER);
     }
     storeShared(client->sockFd, -1);
+    publish(client->association, loadShared(client->association) + 1);
     socketOps.close(fd);
     semGive(semSend[slot]);
 }

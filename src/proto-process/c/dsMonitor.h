@@ -2,12 +2,16 @@
 // blocks keep one of each.
 #pragma once
 
+#include "basicInterface/cdcRecord.h"
 #include "basicInterface/nodeTree.h"
 
 namespace ied {
 
+struct DataSet;
+
 // How a monitored value is compared: by its width in octets, or as a vector array.
 enum MonCompare : u8 {
+    MonCounter = 0, // by its object's updateCount alone
     MonByte = 1,
     MonHalf = 2,
     MonWord = 4,
@@ -25,8 +29,8 @@ struct MonDAI {
     u16 vecLen; // elements of a vector array
     u8 cmpKind; // MonCompare
     union {
-        u32 oldValue;  // value at the last compare
-        f32 *oldArray; // private copy of a vector array's magnitude and angle pairs
+        u32 oldValue;     // value at the last compare
+        Vector *oldArray; // private copy of a vector array's pairs, for MonMagArray and MonVecArray
     };
     u32 *updCntAddr; // updateCount of the object's record, for dupd; null where there is none
     u32 oldUpdCnt;   // counter at the last compare
@@ -35,7 +39,20 @@ struct MonDAI {
 
 struct DsMonitor {
     u16 num;      // monitored leaves
-    MonDAI *list; // num records
+    MonDAI *list; // num records; room for daiNum of the data set
 };
+
+// Builds the monitor of a data set: one entry for each leaf with triggers, in the order of the
+// members and of their leaves, with the present values as the old ones. False for null.
+bool dsMonitorInit(const DataSet *dataSet, DsMonitor *monitor);
+// Gives back what dsMonitorInit took and empties the record.
+void dsMonitorFree(DsMonitor *monitor);
+// Compares every leaf that has one of the triggers `trgOps` with its old value. A changed one gains
+// its reason, which stays until the consumer clears it. True if any changed. Takes no lock, allocates
+// nothing. A null monitor ends the process.
+bool dsMonitor(DsMonitor *monitor, u8 trgOps);
+// Takes over into `copy` what differs of `count` pairs, of the angles only `withAngle`. TrgDchg if
+// anything did, else 0. Floats within 10 units in the last place are the same.
+u8 CmpVecArray(const Vector *values, Vector *copy, bool withAngle, u32 count);
 
 } // namespace ied

@@ -131,6 +131,9 @@ int processPpdu8823(const Ppdu8823 *request, Ppdu8823 *reply, int type, u8 slot)
 // Encodes so that the octets end at buf + end. Returns their count, or 0 when they do not fit.
 u32 encPpdu8823(const Ppdu8823 *ppdu, u8 *buf, u32 end);
 void initPpdu8823(Ppdu8823 *ppdu, bool full);
+// Makes the layer the carrier of a message of the server's own: user data in the context of MMS, with
+// an empty MMS PDU, which is returned.
+MMSpdu *newMmsData(Ppdu8823 *ppdu);
 int processApduAcse(const ACSE_apdu *apdu, ACSE_apdu *reply, u8 slot);
 
 // -------------------------------------------------------------------------------------- MMS

@@ -110,10 +110,7 @@ int processUserData(const Ppdu8823 *request, Ppdu8823 *reply, int type, u8 slot)
         if (mms == nullptr) {
             return 0;
         }
-        reply->userDataPresent = 1;
-        PDV_listChoice *value = newUserData(&reply->userData, contextMms, PDV_listChoice::mms);
-        value->mmsPdu = MallocOf<MMSpdu>();
-        return processApduMms(mms, value->mmsPdu, slot);
+        return processApduMms(mms, newMmsData(reply), slot);
     }
     const ACSE_apdu *apdu = firstAcseApdu(&request->userData);
     if (apdu == nullptr) {
@@ -140,6 +137,12 @@ PDV_listChoice *firstValue(const User_data *userData) {
 }
 
 } // namespace
+
+MMSpdu *newMmsData(Ppdu8823 *ppdu) {
+    ppdu->userDataPresent = 1;
+    PDV_listChoice *value = newUserData(&ppdu->userData, contextMms, PDV_listChoice::mms);
+    return value->mmsPdu = MallocOf<MMSpdu>();
+}
 
 MMSpdu *firstMmsPdu(const User_data *userData) {
     const PDV_listChoice *value = firstValue(userData);

@@ -2,15 +2,12 @@
 // the code for a missing record, each initialisation finds nothing to do.
 #include "basicInterface/complexData.h"
 #include "proto-process/c/controlModel.h"
-#include "proto-process/c/reportModel.h"
 #include "proto-process/c/services.h"
 #include "proto-process/c/settingGroup.h"
 #include "proto-process/c/substitution.h"
 
 namespace ied {
 
-RCB *aRCBObj;
-RCBStat *aRCBStat;
 SGCB *aSGCB;
 
 namespace {
@@ -37,24 +34,10 @@ bool monCtlObj() {
 }
 void sendCtlResult() {}
 
-// Report and log control blocks.
-bool setRCBValues(const Data *, GenNode *, i8 *error, u8) {
-    return refuse(error, DaeObjectAccessDenied);
-}
+// Log control blocks.
 bool setLCBValues(const Data *, GenNode *, i8 *error, u8) {
     return refuse(error, DaeObjectAccessDenied);
 }
-bool rptModelInit() {
-    return true;
-}
-bool monEventRpt(RCB *, const TimeStamp *) {
-    return false;
-}
-bool monPeriodRpt(RCB *, const TimeStamp *) {
-    return false;
-}
-void sendRpt() {}
-void releaseClientRCB(u8) {}
 
 // Setting groups and substitution.
 bool writeSpData(const Data *, GenNode *, i8 *error, u8) {

@@ -106,11 +106,16 @@ bool sendFrames(ClientStat *client, u8 *packet, u32 len, u32 frameMax) {
 } // namespace
 
 bool sendPacket(u8 *buf, u32 len, u8 slot) {
+    return sendPacket(buf, len, slot, loadShared(clientStat[slot].association));
+}
+
+bool sendPacket(u8 *buf, u32 len, u8 slot, u32 association) {
     if (!takeSocket(slot)) {
         return false;
     }
     ClientStat *client = &clientStat[slot];
-    if (loadShared(client->sockFd) < 0) { // the client left before the task had the socket
+    // The client may have left before the task had the socket.
+    if (loadShared(client->sockFd) < 0 || loadShared(client->association) != association) {
         semGive(semSend[slot]);
         return false;
     }

@@ -1,0 +1,28 @@
+// Messages that the server sends of its own accord: the report of a control block as an MMS
+// InformationReport (ISO 9506-2, IEC 61850-8-1 17.2) with the layers around it.
+#pragma once
+
+#include "proto-process/c/packet.h"
+#include "proto-process/c/reportModel.h"
+
+namespace ied {
+
+// Builds the report of an entry with all layers into the empty `pdu`, which owns what it gets: free it
+// with initPdu. The lock of the block is held. Returns true.
+bool rptPackProc(PacketBuf *pdu, const RCB *rcb, const RptEntry *entry);
+// The presentation layer, the MMS PDU and the report in it.
+void rpt_ppdu_8823(Ppdu8823 *ppdu, const RCB *rcb, const RptEntry *entry);
+void rpt_apdu_mms(MMSpdu *mms, const RCB *rcb, const RptEntry *entry);
+void rpt_rcb_model(InformationReport *report, const RCB *rcb, const RptEntry *entry);
+
+// Parts of a report. Each appends to a list of access results, all of them successes.
+void fill_list_sucess(AsnList *list, u8 type, const void *address);
+void fill_include_bits(AsnList *list, u32 memberNum, const u8 *included);
+void fill_ds_ref(AsnList *list, const DataSet *dataSet, const u8 *included);
+void fill_ds_data(AsnList *list, const DataSet *dataSet, const Data *data, const u8 *included);
+
+// Names each block, once at start, whose report with every member and option can grow larger than a
+// packet.
+void nameOversizedBlocks();
+
+} // namespace ied

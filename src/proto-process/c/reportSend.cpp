@@ -1,0 +1,125 @@
+// The sending side of report control: from a block's ring to the client that owns it.
+#include "DebugInfo/DebugInfo.h"
+#include "basicInterface/memory.h"
+#include "device/addressBinding.h"
+#include "device/externGlbCfg.h"
+#include "platform/shared.h"
+#include "proto-process/c/client.h"
+#include "proto-process/c/reportEncode.h"
+#include "proto-process/c/reportModel.h"
+
+#include <cstring>
+
+namespace ied {
+
+namespace {
+
+// The report task's own packet and encode buffer, made at its first round.
+PacketBuf rptPdu;
+u8 *rptBuf;
+
+// A report on its way: what must still hold when it is counted.
+struct ReportUnderWay {
+    u8 slot;
+    u32 association; // of the slot when the report was made
+    u32 restarts;    // of the block's counts
+    u32 length;      // octets encoded
+};
+
+// Encodes the block's next entry. False if there is none to send.
+bool encodeNext(RCB *rcb, ReportUnderWay *report) {
+    const RcbLock lock(rcb);
+    RptEntry *entry = nullptr;
+    if (!isClientValid(rcb->clientId) || !getSendData(rcb, &entry)) {
+        return false;
+    }
+    report->slot = rcb->clientId;
+    report->association = loadPublished(clientStat[rcb->clientId].association);
+    report->restarts = rcb->pStat->restarts;
+    rptPackProc(&rptPdu, rcb, entry);
+    report->length = encPacket(&rptPdu, rptBuf, externGlbCfg.sendBufSize);
+    initPdu(&rptPdu, false);
+    if (report->length != 0) {
+        return true;
+    }
+    dbInfo(DbRPT, DbERR, "sendRpt", "Report of \"%s\" exceeds sendBufSize %u, dropped!", rcb->rcbRef,
+           externGlbCfg.sendBufSize);
+    rcb->pStat->sendCount++;
+    rcb->bufOvfl = 1;
+    return false;
+}
+
+// Counts a report that went out, unless the client set the block's counts anew meanwhile.
+void countSent(RCB *rcb, const ReportUnderWay &report) {
+    const RcbLock lock(rcb);
+    if (rcb->pStat->restarts != report.restarts) {
+        return;
+    }
+    rcb->pStat->sendCount++;
+    rcb->bufOvfl = 0; // only this task sets it, so that the report told of it
+    countShared(rcb->SqNum8);
+    countShared(rcb->SqNum);
+}
+
+} // namespace
+
+bool getSendData(RCB *rcb, RptEntry **entryOut) {
+    RCBStat *stat = rcb->pStat;
+    if (rcb->RptEna == 0) {
+        return false;
+    }
+    if (stat->resendPos != resendNone) {
+        stat->sendCount = stat->writeCount < stat->resendPos ? 0 : stat->resendPos;
+        stat->resendPos = resendNone;
+    }
+    if (stat->sendCount >= stat->writeCount) {
+        return false;
+    }
+    if (stat->writeCount - stat->sendCount > stat->bufLen) {
+        stat->sendCount = stat->writeCount - stat->bufLen;
+        rcb->bufOvfl = 1;
+        dbInfo(DbRPT, DbINF, "getSendData", "Buffer overflowed of %s!", rcb->rcbRef);
+    }
+    *entryOut = entryAt(stat, stat->sendCount);
+    return true;
+}
+
+void sendRpt() {
+    if (rptBuf == nullptr) {
+        initPdu(&rptPdu, true);
+        rptBuf = MallocArray<u8>(externGlbCfg.sendBufSize);
+    }
+    for (u32 i = 0; i < gCBNum.rcbNum && aRCBObj != nullptr; i++) {
+        RCB *rcb = &aRCBObj[i];
+        ReportUnderWay report{};
+        if (encodeNext(rcb, &report) && sendPacket(rptBuf, report.length, report.slot, report.association)) {
+            countSent(rcb, report);
+        }
+    }
+}
+
+void nameOversizedBlocks() {
+    PacketBuf pdu{};
+    initPdu(&pdu, true);
+    u8 *buffer = MallocArray<u8>(externGlbCfg.sendBufSize);
+    for (u32 i = 0; i < gCBNum.rcbNum; i++) {
+        // The parts of an entry that was never filled have their full length.
+        RCB widest = aRCBObj[i];
+        widest.OptFlds = optFldsMask(&widest);
+        RptEntry *entry = entryAt(widest.pStat, 0);
+        std::memset(entry->included, 1, widest.pDataSet->memberNum);
+        rptPackProc(&pdu, &widest, entry);
+        if (encPacket(&pdu, buffer, externGlbCfg.sendBufSize) == 0) {
+            dbInfo(
+                DbRPT, DbERR, "rptModelInit",
+                "Reports of \"%s\" can exceed sendBufSize %u and would be dropped: raise it or shorten the "
+                "data set!",
+                widest.rcbRef, externGlbCfg.sendBufSize);
+        }
+        initPdu(&pdu, false);
+        std::memset(entry->included, 0, widest.pDataSet->memberNum);
+    }
+    Free(buffer);
+}
+
+} // namespace ied
