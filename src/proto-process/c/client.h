@@ -30,6 +30,8 @@ struct ClientStat {
     u8 peerAddr[16]; // as accept gave it
     u32 pduSize;     // negotiated MMS PDU size; 0 is no limit of the client's
     u32 sendFail;    // failed sends since the last good one; shared
+    TaskId server;   // task that serves a connection now, taskNone for none; shared
+    u8 faulted;      // the connection ends without another reply; of its task only
     u8 supportServ[serviceNum];
 };
 
@@ -75,6 +77,11 @@ void serveConnection(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot);
 // Takes `len` (at most recvBufSize) received octets, answers each request that they complete and
 // keeps what does not decode yet. Returns 1.
 int packetReply(PacketBuf *pdu, const u8 *data, u32 len, ResBuf *resBuf, u8 slot);
+// Ends the calling task after a fault that it cannot go on from, already logged. A client's task has to
+// outlive its client, or the slot would be lost: there the call returns, the caller returns through
+// whatever it holds, the request gets no reply, and the connection ends as any other. In every other
+// task the call does not return (taskExit).
+void endTaskOnFault();
 // Gives the slot back: what the client held in the model, the socket, the count.
 void releaseClient(u8 slot);
 

@@ -55,6 +55,9 @@ End receiveRound(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
 
 // Whether the state of the client ends the connection.
 End checkClient(const ClientStat *client) {
+    if (client->faulted != 0) {
+        return {DbERR, "Client ended by a fault!"};
+    }
     if (loadShared(client->sendFail) >= externGlbCfg.maxSendFail) {
         return {DbERR, "Send error!"};
     }
@@ -107,6 +110,8 @@ void serveConnection(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
     resBuf->count = 0;
     resBuf->broken = 0;
     initPdu(pdu, false);
+    clientStat[slot].faulted = 0;
+    storeShared(clientStat[slot].server, taskIdSelf());
     const int fd = loadShared(clientStat[slot].sockFd);
     activeKeepAlive(fd);
     setKeepAliveParams(fd, externGlbCfg.keepIdle, externGlbCfg.keepCnt, externGlbCfg.keepIntvl);
@@ -118,7 +123,19 @@ void serveConnection(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
         }
     }
     dbInfo(DbSOC, end.level, "clientProcess", "%s", end.message);
+    storeShared(clientStat[slot].server, taskNone);
     releaseClient(slot);
+}
+
+void endTaskOnFault() {
+    const TaskId self = taskIdSelf();
+    for (u8 slot = 0; clientStat != nullptr && slot < externGlbCfg.maxClientNum; slot++) {
+        if (loadShared(clientStat[slot].server) == self) {
+            clientStat[slot].faulted = 1;
+            return;
+        }
+    }
+    taskExit(0);
 }
 
 void releaseClient(u8 slot) {

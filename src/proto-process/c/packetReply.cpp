@@ -128,12 +128,12 @@ void sendReply(PacketBuf *reply, u8 *encBuf, u8 slot) {
 void answer(const PacketBuf *pdu, PacketBuf *reply, u8 *encBuf, u8 slot, i32 err) {
     if (packet_process(pdu, reply, slot, err) == 0) {
         dbInfo(DbSOC, DbERR, "packetReply", "process error or error not process!");
-    } else {
+    } else if (clientStat[slot].faulted == 0) {
         sendReply(reply, encBuf, slot);
     }
 }
 
-// Handles the frame that was just decoded.
+// Handles the frame that was just decoded. After a fault of the task no more is said.
 void handleFrame(PacketBuf *pdu, PacketBuf *reply, u8 *encBuf, u8 slot, i32 err) {
     if (pdu->cotp.dtPresent != 0 && pdu->cotp.eot == 0 && pdu->cotp.reassembling != 0) {
         dbInfo(DbISO, DbDBG, "packetReply", "This is a COTP fragment!");
@@ -157,7 +157,7 @@ int packetReply(PacketBuf *pdu, const u8 *data, u32 len, ResBuf *resBuf, u8 slot
     initPdu(&reply, true);
     Input in{data, len, 0};
     bool merged = mergeReserve(pdu, &in, resBuf);
-    while (in.off < in.total) {
+    while (in.off < in.total && clientStat[slot].faulted == 0) {
         i32 err;
         u32 n = dec_packet(pdu, in.data + in.off, in.total - in.off, &err);
         if (n == 0 && merged) {
