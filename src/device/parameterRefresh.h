@@ -20,12 +20,33 @@ enum ParaType : u16 {
     ParaF32
 };
 
+// Special checks of a value, which equal limits of a row name. Other parameters that a check looks at
+// are taken as they stand under edit (FC SE).
+enum ParaRange : i32 {
+    RangeFirst = 1,
+    RangeSettleTime = RangeFirst, // day 100 + hour: 65535, or up to 2823, and 0 days only with hour 0
+    RangeAny,                     // passes
+    RangeMaxNumRcd,               // the records of both wave groups together
+    RangePreCyc1,                 // cycles before the trigger, by the sampling rate of wave group 1
+    RangePreCyc2,                 // and 2
+    RangeSnapLogMod,              // only 0
+    RangeClcTotVA,                // 1 or 2, one more than in the region
+    RangePFSign,                  // 1 to 3, one more than in the region
+    RangeIntrStrVar,              // 0 to 50, below SET.sys.DipStrVar
+    RangeDIMod,                   // 0 to 3; 2 and 3 in one input each
+    RangeTransTrg,                // 0 to 6 or 31 to 35
+    RangeEngPlsFac,               // by the rated power
+    RangeTmSrc,                   // by the device's variant of time sources
+    RangeSnapOfsTm,               // 0 to 43200, not above the low 16 bits of the group's LogIntv
+    RangeLast = RangeSnapOfsTm
+};
+
 struct ParaMap {
     u16 protoType; // CDC of the record: CdcSPG, CdcING, CdcASG or CdcENG
     u16 dataType;  // ParaType
     u8 *modelAddr; // record of the mirror
     u32 srcOffset; // of the field in a parameter area
-    i32 rangeMin;  // least and greatest value; equal ones name a special check
+    i32 rangeMin;  // least and greatest value; equal ones are a special check (ParaRange)
     i32 rangeMax;
 };
 
@@ -55,17 +76,30 @@ enum ParaOp : u8 {
     ParaSEToEdit, // FC SE fields to the edit area, with range check: an edit is confirmed
 };
 
-// The map of each group; a group whose map is empty is skipped.
+// The map of each group; a row without offset or record ends it before its end. An empty one is
+// skipped.
 extern std::span<const ParaMap> paraMapAddr[ParaGroupNum];
 
-// Brings the parameters of a group (or ParaAll) from the live area into their records with
-// ParaLiveToSG, where `list` is not used. 1 on success; a fault of the arguments or of a map ends
-// the calling task after a message.
+// Moves parameters in the direction `op` (ParaOp). With ParaLiveToSG these are the parameters of
+// `group`, a ParaGroup or ParaAll, and `list` is not used. Else they are those of the nodes that `list`
+// (pointers to GenNode, not null) holds, in the edit area, whatever the group.
+//
+// 1 when all are moved. 0 with ParaSEToEdit when a value is out of range: the rest has not been moved,
+// and the log names the node. A fault of the arguments, of a map, or a node that no map holds is
+// logged and ends the task (endTaskOnFault); in a client's task the result is then 0.
 int dealParamProcess(u8 op, const AsnList *list, u8 group);
 
-// Moves one parameter between its record and `field` of a parameter area. 1, or 0 after a message
-// for a fault of the row.
-int refreshPara(const ParaMap &row, const u8 *field, u8 op);
+// Results of refreshPara.
+enum ParaResult : u8 {
+    ParaFault,      // the record takes no such field, after a message
+    ParaMoved,      // all is well
+    ParaOutOfRange, // with ParaSEToEdit only
+};
+
+// Moves one parameter between its record and `field` of a parameter area, which is aligned for the
+// row's type. With ParaSEToEdit the whole value, not what the field can hold of it, is then held
+// against the row's limits. A value with a fraction never gets to a field of whole numbers. ParaResult.
+int refreshPara(const ParaMap &row, u8 *field, u8 op);
 
 // Sections of relatedDataRefresh besides the groups above.
 inline constexpr u8 relatedRatedCurrent = ParaGroupNum; // the first number behind them
