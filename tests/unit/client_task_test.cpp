@@ -1,6 +1,7 @@
 // The client task, its accept loop and its end over real connections on the loopback.
 #include "DebugInfo/DebugInfo.h"
 #include "device/externGlbCfg.h"
+#include "device/parameterRefresh.h"
 #include "platform/shared.h"
 #include "proto-process/c/client.h"
 #include "proto-process/c/serverStart.h"
@@ -305,6 +306,48 @@ TEST_F(Server, LetsTheClientAboveItsSlotsWaitUntilOneLeaves) {
     clients[3].reset();
     EXPECT_EQ(waiting.take(canonical(ccFrame).size() / 2), ccFrame);
     EXPECT_TRUE(clients[5]->isServed());
+}
+
+// A fault comes up in a client's task while it serves a read of a variable that does not exist.
+std::atomic<u32> faults;
+void faultInService(const char *line) {
+    keepLine(line);
+    if (std::strstr(line, "Not find Node") != nullptr) {
+        ++faults;
+        EXPECT_EQ(dealParamProcess(ParaEditToSE, nullptr, ParaAll), 0);
+    }
+}
+
+TEST_F(Server, EndsTheClientNotItsTaskOnAFault) {
+    const std::string unknown =
+        "A4 18 A1 16 A0 14 30 12 A0 10 A1 0E 1A 03 514C30 1A 07 4E4F544849 4E47"; // QL0/NOTHING
+    storeShared(externGlbCfg.dbHook, faultInService);
+    faults = 0;
+    for (u32 round = 1; round <= 3; ++round) {
+        Client client(port);
+        ASSERT_TRUE(client.associate());
+        // Neither the faulty request nor the one behind it in the same segment is answered.
+        ASSERT_TRUE(client.give(request(7, unknown) + request(8, identify)));
+        EXPECT_TRUE(client.isEnded());
+        EXPECT_EQ(faults, round);
+    }
+    EXPECT_TRUE(logged("Input Para Error!") && logged("Client ended by a fault!"));
+    storeShared(externGlbCfg.dbHook, keepLine);
+}
+
+TEST_F(Server, EndsAnyOtherTaskOnAFault) {
+    static bool goesOn;
+    const TaskId task = spawnTask(
+        "tFault", 200, 0x10000,
+        [](TaskArgument) {
+            dealParamProcess(ParaEditToSE, nullptr, ParaAll);
+            storeShared(goesOn, true);
+        },
+        1);
+    ASSERT_NE(task, taskNone);
+    EXPECT_TRUE(waitUntil([task] { return *taskName(task) == '\0'; }));
+    EXPECT_FALSE(loadShared(goesOn));
+    EXPECT_TRUE(logged("Input Para Error!"));
 }
 
 TEST_F(Server, LosesNothingOverManyConnections) {
