@@ -56,4 +56,8 @@ const ParaMap *findPara(const void *record);
 // check are logged.
 bool isParaInRange(const ParaMap &row, f64 value);
 
+// Names in the log each object of FC SG of the model that has a record of the mirror which no map
+// holds: no edit can take it. Called once, when the model is bound.
+void nameUnmappedSettings();
+
 } // namespace ied

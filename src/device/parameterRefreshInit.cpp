@@ -3,6 +3,7 @@
 #include "DebugInfo/DebugInfo.h"
 #include "basicInterface/clock.h"
 #include "device/measTables.h"
+#include "device/parameterMaps.h"
 #include "device/parameterRefresh.h"
 #include "device/privateConfig.h"
 #include "device/region.h"
@@ -119,6 +120,7 @@ int locDataInit() {
     stDataInit();
     RDDataInit();
     pulsQtyInit();
+    nameUnmappedSettings();
     return 0;
 }
 

@@ -320,4 +320,14 @@ TEST_F(SettingEdit, AValueOutOfRangeStopsTheEditAndIsNamedByItsPath) {
     EXPECT_EQ(device.get<u16>(region::editArea + 738), 230) << "what follows is not moved";
 }
 
+TEST_F(SettingEdit, ASettingThatNoMapHoldsIsNamedAtStart) {
+    const LogLines log;
+    nameUnmappedSettings();
+    EXPECT_EQ(LogLines::count("SET", "CRI", "nameUnmappedSettings",
+                              "\"QLD0/GGIO1$SG$Lost\" (sAddr \"SET.EngBill.LogIntv\") is no parameter of the "
+                              "device and cannot be edited: bind it in FC SP!"),
+              1);
+    EXPECT_EQ(LogLines::lines().size(), 1U);
+}
+
 } // namespace
