@@ -170,7 +170,7 @@ TEST_F(ParameterTransfer, ASettingWithAFractionNeverReachesAFieldOfWholeNumbers)
     ASG &setting = record<ASG>("SET.sys.TransStrVar");
     const ParaMap row{CdcASG, ParaU16, at(setting), 7342, 5, 500};
     device.put<u16>(7342, 77);
-    for (const f32 fraction : {10.5F, 9.99999F, 10.00001F}) {
+    for (const f32 fraction : {10.5F, 9.99999F, 10.00001F, -10.5F}) {
         setting.setMag[SetSE] = fraction;
         EXPECT_EQ(refreshPara(row, comdata + 7342, ParaSEToEdit), 2) << fraction;
         EXPECT_EQ(device.get<u16>(7342), 77);
