@@ -37,6 +37,11 @@ f32 scaleValue(f32 value, i8 multiplier) {
     return multiplier < 0 ? value * power : value / power;
 }
 
+f64 scaleValue(f64 value, i8 multiplier) {
+    const auto power = static_cast<f64>(calcMultiplier(static_cast<u32>(std::abs(multiplier))));
+    return multiplier < 0 ? value * power : value / power;
+}
+
 void updateMV(MV *record, const TimeStamp &time, const u8 *source) {
     storeShared(record->mag, scaleValue(loadFloat(source), loadShared(record->units.multiplier)));
     countShared(record->updateCount);

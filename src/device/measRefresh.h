@@ -16,8 +16,9 @@ enum RefreshMode : u8 {
 u64 calcMultiplier(u32 n);
 
 // The device's value in the multiple that a record declares: f x 10^|m| for a negative multiplier,
-// else f / 10^|m|, in f32 arithmetic.
+// else f / 10^|m|, in the arithmetic of the value.
 f32 scaleValue(f32 value, i8 multiplier);
+f64 scaleValue(f64 value, i8 multiplier);
 
 // Take the f32 at `source` into a record, with time and quality; raise the update counter of the
 // record, or of the enclosing one (`fcdType`, `fcdRecord`).

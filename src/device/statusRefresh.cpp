@@ -1,6 +1,8 @@
 #include "device/statusRefresh.h"
 
+#include "DebugInfo/DebugInfo.h"
 #include "basicInterface/clock.h"
+#include "device/dataRefresh.h"
 #include "device/region.h"
 
 namespace ied {
@@ -13,6 +15,61 @@ template <std::size_t N> std::array<SPS *, N> numbered(MirrorPath<SPS> first) {
         out[i] = mirrorRow<SPS>(first) + i;
     }
     return out;
+}
+
+// An input or output in another mode than to show its state is not touched by its ring.
+bool inputCounts(u32 row) {
+    return regionLoad(region::DIMod, row) != 0;
+}
+bool outputIsLocal(u32 row) {
+    return row >= relayNum && regionLoad(region::DOMod, row - relayNum) != 0;
+}
+bool never(u32) {
+    return false;
+}
+
+// Gives a record the state that the instrument saw. The control objects have no updateCount.
+template <class Record> void takeState(Record *record, u8 value, const TimeStamp &time) {
+    if (loadShared(record->stVal) == value) {
+        return;
+    }
+    storeState(*record, value, qualityGood, time);
+    if constexpr (requires { record->updateCount; }) {
+        countShared(record->updateCount);
+    }
+}
+
+struct RingKind {
+    const char *name;
+    bool (*skips)(u32 row);
+};
+
+// Plays the entries of a ring from position `last` on into the records, each handed over before the
+// next. Returns the new position.
+template <class State, class Record, std::size_t N>
+u32 walkRing(const region::RegionRing<State> &ring, const std::array<Record *, N> &list, const RingKind &kind,
+             u32 last) {
+    const u32 now = regionLoadCounter(ring.counter);
+    if (now < last) {
+        dbInfo(DbUPD, DbCRI, "refreshSTData", "%s Ptr Overfollow! PtrNow:%u, PtrLast:%u", kind.name, now,
+               last);
+        return now;
+    }
+    if (now - last > ring.slots) {
+        last = now - ring.slots;
+    }
+    for (; last != now; last++) {
+        const u32 slot = last % ring.slots;
+        const u32 word = regionLoad(ring.state, slot);
+        const TimeStamp time = regionLoad(ring.time, slot);
+        for (u32 row = 0; row < N; row++) {
+            if (!kind.skips(row)) {
+                takeState(list[row], static_cast<u8>(word >> row & 1), time);
+            }
+        }
+        waitForMon();
+    }
+    return last;
 }
 
 } // namespace
@@ -71,16 +128,37 @@ void stDataInit() {
     }
 }
 
-void RDDataInit() {
-    TimeStamp now;
-    getTimeStamp(&now);
-    for (SPS *record : {&mirror<SPS>("RD.RcdStr1"), &mirror<SPS>("RD.RcdMade1"), &mirror<SPS>("RD.RcdStr2"),
-                        &mirror<SPS>("RD.RcdMade2")}) {
-        storeStamp(*record, qualityGood, now);
+namespace {
+
+u32 refreshCheckWord() {
+    const u32 word = regionLoadCounter(region::checkWord);
+    const TimeStamp time = regionLoad(region::checkTime);
+    for (u32 row = 0; row < CHKSTAddrList.size(); row++) {
+        if (CHKSTAddrList[row] != nullptr && row != checkBattery) {
+            takeState(CHKSTAddrList[row], static_cast<u8>(word >> row & 1), time);
+        }
     }
-    for (u32 group = 0; group < 2; group++) {
-        storeState(mirrorOf<INS>("RD.FltNum1", "RD.FltNum2", group),
-                   static_cast<i32>(regionLoad(region::waveStart, group)), qualityGood, now);
+    waitForMon();
+    return word;
+}
+
+} // namespace
+
+u32 refreshSTData(u32 type, u32 last) {
+    switch (type) {
+    case StDI:
+        return walkRing(region::diRing, DISTAddrList, {"DI", inputCounts}, last);
+    case StDO:
+        return walkRing(region::doRing, DOSTAddrList, {"DO", outputIsLocal}, last);
+    case StSP:
+        return walkRing(region::spRing, SPSTAddrList, {"SP", never}, last);
+    case StLG:
+        return walkRing(region::lgRing, LGSTAddrList, {"LG", never}, last);
+    case StCheck:
+        return refreshCheckWord();
+    default:
+        dbInfo(DbUPD, DbERR, "refreshSTData", "Error ST Type %u!", type);
+        return 0;
     }
 }
 
