@@ -3,8 +3,8 @@
 
 Ends with status 1 and one line a fault: elements and attributes of the schema and of the readers,
 types and enumerations, short addresses (none of the instrument's records may be without a data
-object), attributes without a place, names, data sets, control blocks, limits of parameters, and the
-room that the model, its values and its reports take.
+object), attributes without a place, triggers, names, data sets, control blocks and the depth of their
+buffers, limits of parameters, and the room that the model and its values take.
 """
 
 import os
@@ -16,7 +16,8 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from icdcheck.address import leafRows  # noqa: E402
 from icdcheck.attributes import TABLES, bound  # noqa: E402
 from icdcheck.limits import parameterLimits  # noqa: E402
-from icdcheck.model import NODE, Types, documentSize, logicalNode, reportSize, typeSize, valueSize  # noqa: E402
+from icdcheck.model import NODE, Types, documentSize, logicalNode, typeSize, valueSize  # noqa: E402
+from icdcheck.reports import blockFaults, triggerFaults  # noqa: E402
 from icdcheck.schema import faults as schemaFaults  # noqa: E402
 
 FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "device", "tffs0", "ZRX418.icd")
@@ -25,10 +26,6 @@ LN_EXTRA_MAX = 7                        # prefix and instance of a logical node 
 DO_NAME_MAX = 10                        # likewise a data object's name
 WIRE_MAX = 30 * 1024
 POOL = 10 * 1024 * 1024 * 3 // 4        # a quarter of the pool stays free
-DATA_SETS = 16                          # of maxDsNum 20, for clients that make their own
-DATA_SET_MAX = 2 * 0xfa000
-REPORTS = 24 * 1024 * 1024
-CLIENTS = 8
 
 
 def read(path):
@@ -114,8 +111,6 @@ def attributeFaults(file):
                     yield "%s: no table for %s" % ("/".join(key), do.cdc)
                 elif not bound(do.cdc, text, fc, bType) and not (fc == "DC" and text in constants):
                     yield "%s.%s[%s] %s has no place" % ("/".join(key), text, fc, bType)
-                if leaf.trigger and bType == "INT16U":
-                    yield "%s.%s can never trigger" % ("/".join(key), text)
     for key, saddr in file.objects.items():
         if saddr.startswith("ST.SP"):
             texts = {leaf[0][-1] for fc, do in file.views(key) if fc == "DC" for leaf in do.leaves()}
@@ -147,57 +142,6 @@ def nameFaults(file):
                         yield "reference %s/%s is too long" % (ld, "$".join(whole))
 
 
-def member(file, fcda):
-    """The node of a data set's member, or None."""
-    ln = (fcda.get("prefix") or "") + fcda.get("lnClass") + (fcda.get("lnInst") or "")
-    node = file.nodes.get((fcda.get("ldInst"), ln))
-    parts = [fcda.get("fc")] + fcda.get("doName").split(".") + (fcda.get("daName") or "").split(".")
-    for part in filter(None, parts):
-        node = node and next((c for c in node.children if c.name == part), None)
-    return node
-
-
-def dataSets(file):
-    """(LD inst, LN name, data set name) to the octets of one report entry; None for a wrong member."""
-    sizes = {}
-    for (ld, name), element in file.elements.items():
-        for ds in element.findall("DataSet"):
-            nodes = [member(file, fcda) for fcda in ds]
-            sizes[ld, name, ds.get("name")] = None if None in nodes else \
-                64 + sum(2 + 16 + reportSize(node) for node in nodes)
-    return sizes
-
-
-def blockFaults(file, figures):
-    sizes = dataSets(file)
-    figures["data sets"] = len(sizes)
-    if len(sizes) > DATA_SETS:
-        yield "%d data sets leave too few for clients" % len(sizes)
-    for key, size in sizes.items():
-        if size is None or size > DATA_SET_MAX:
-            yield "data set %s: unknown member, or too large" % "/".join(key)
-    room = 0
-    kinds = set()
-    devices = {ld.get("inst") for ld in file.root.iter("LDevice")}
-    for (ld, name), element in file.elements.items():
-        for control in element.findall("ReportControl") + element.findall("LogControl"):
-            key = (ld, name, control.get("datSet"))
-            if key not in sizes:
-                yield "%s names the data set %s" % (control.get("name"), control.get("datSet"))
-            elif control.tag == "ReportControl":
-                count = int(control.find("RptEnabled").get("max"))
-                buffered = control.get("buffered") == "true"
-                kinds.add(buffered)
-                room += count * (sizes[key] or 0) * (20 if buffered else 5)
-                if count < CLIENTS or len(control.get("rptID") or "") > 63 or len(control.get("name")) > 29:
-                    yield "report %s: instances or names" % control.get("name")
-            elif control.get("logName") not in devices:
-                yield "log %s is in no device" % control.get("name")
-    figures["report memory"] = room
-    if room > REPORTS or len(kinds) != 2:
-        yield "reports take %d octets in %d kinds" % (room, len(kinds))
-
-
 def settingFaults(file):
     limits = parameterLimits()
     controlled = {ld.get("inst") for ld in file.root.iter("LDevice") if ld.find("LN0/SettingControl") is not None}
@@ -212,7 +156,7 @@ def settingFaults(file):
             yield "%s is in the wrong functional constraint" % saddr
         if not free and (saddr not in limits or key[0] not in controlled):
             yield "%s cannot be edited" % saddr
-        elif not free and configured(file, key) != (limits[saddr] and (*limits[saddr], 1)):
+        elif not free and configured(file, key) != limits[saddr]:
             yield "%s has the limits %s" % (saddr, configured(file, key))
     for saddr in set(limits) - set(file.objects.values()):
         yield "%s is no setting" % saddr
@@ -230,7 +174,7 @@ def configured(file, key):
         places += [e for e in file.types.tables["DOType"][do.get("type")].findall("DA") if e.get("name") == name]
         texts = [v.text for e in places for v in e.iter("Val")]
         if texts:
-            found.append(int(texts[0]))
+            found.append(float(texts[0]))
     return tuple(found) or None
 
 
@@ -253,7 +197,7 @@ def main(arguments):
     file = File(paths[0] if paths else FILE)
     figures = {}
     found = [*schemaFaults(file.root), *typeFaults(file), *addressFaults(file), *attributeFaults(file),
-             *nameFaults(file), *blockFaults(file, figures), *settingFaults(file), *roomFaults(file, figures)]
+             *triggerFaults(file), *nameFaults(file), *blockFaults(file, figures), *settingFaults(file), *roomFaults(file, figures)]
     for text in found:
         print(text)
     if "--figures" in arguments:

@@ -1,12 +1,13 @@
 """The SCL document (IEC 61850-6 edition 1, kind ICD) around the devices."""
 
 from icd.element import Element
-from icd.reports import blocks
+from icd.reports import CLIENTS, REPORTS, SETS, blocks
 from icd.types import Templates
 from icd.values import instance
 
 IED = "ZRX418"
 ACCESS_POINT = "S1"
+DATA_SETS = 20      # that the server holds, those of clients with them
 
 
 def header():
@@ -54,10 +55,10 @@ def services():
         Element("SettingGroups", children=[Element("SGEdit"), Element("ConfSG")]),
         *(Element(name) for name in ("GetDirectory", "GetDataObjectDefinition", "DataObjectDirectory",
                                      "GetDataSetValue", "SetDataSetValue", "DataSetDirectory")),
-        Element("ConfDataSet", {"max": 20, "maxAttributes": 100, "modify": "false"}),
-        Element("DynDataSet", {"max": 5, "maxAttributes": 100}),
+        Element("ConfDataSet", {"max": DATA_SETS, "maxAttributes": 100, "modify": "false"}),
+        Element("DynDataSet", {"max": DATA_SETS - len(SETS), "maxAttributes": 100}),
         Element("ReadWrite"),
-        Element("ConfReportControl", {"max": 120}),
+        Element("ConfReportControl", {"max": CLIENTS * len(REPORTS)}),
         Element("GetCBValues"),
         Element("ConfLogControl", {"max": 8}),
         Element("ReportSettings", {**fixed, "rptID": "Fix", "optFields": "Dyn", "bufTime": "Dyn",

@@ -1,7 +1,14 @@
 """Data sets, report control blocks and log control blocks, one row each.
 
-A data set takes whole data objects in one functional constraint. There is a block of its own for
-each of the eight clients.
+A data set takes whole data objects in one functional constraint, so that a value comes with its
+quality and time. Each kind of data has an unbuffered and a buffered block, and each block an
+instance for each of the eight clients.
+
+The ring of an unbuffered block has 5 entries. A buffered block has 100, from the smallest data set to
+the largest, as long as the report memory lasts; so all buffered blocks but the one with the largest
+data set cost a hundred entries of each instance. For that their data sets are small. A buffered block
+gathers from the start of the server, so those over live measurements take samples at their integrity
+period instead of every change.
 """
 
 from dataclasses import dataclass
@@ -16,42 +23,93 @@ class Set:
     device: str
     name: str
     desc: str
-    members: tuple      # names of logical nodes, or "LN.DO" for single data objects
-    fc: str
-    report: str         # name of the report control block
-    buffered: bool
+    members: tuple      # names of logical nodes, or "LN.DO FC" for single data objects
+    fc: str = ""
+
+
+@dataclass
+class Report:
+    dataSet: str
+    name: str
     triggers: str
     period: int = 0     # integrity period in ms
     bufTime: int = 0    # ms
-    log: str = ""       # name of a log control block over the same data set
+    options: str = ""   # further optional fields
 
+    @property
+    def buffered(self):
+        return self.name.startswith("brcb")
+
+
+@dataclass
+class Log:
+    dataSet: str
+    name: str
+    triggers: str
+    period: int = 0     # ms; a block with one is enabled by a client only
+
+
+def objects(ln, fc, names):
+    return tuple("%s.%s %s" % (ln, name, fc) for name in names.split())
+
+
+SETS = (
+    Set("MEAS", "dsRms", "RMS values", ("MMXU1",), "MX"),
+    Set("MEAS", "dsFund", "Fundamental", ("fndMMXU1",), "MX"),
+    Set("MEAS", "dsQual", "Imbalance and flicker", ("MSQI1", "MFLK1"), "MX"),
+    Set("MEAS", "dsHarm", "Harmonics, distortions of the interharmonics",
+        ("MHAI1",) + objects("inhMHAI1", "MX", "ThdA ThdPhV ThdPPV IDA IDPhV IDPPV"), "MX"),
+    Set("MEAS", "dsTrend", "Trend of the RMS values",
+        objects("MMXU1", "MX", "TotW TotVAr TotPF Hz AvgPhV AvgPPV AvgA")),
+    Set("MEAS", "dsThd", "Trend of the distortions", objects("MHAI1", "MX", "ThdA ThdPhV")),
+    Set("DMND", "dsDmd", "Demand", objects("avgMMXU1", "MX", "TotW TotVAr TotVA TotPF A")),
+    Set("DMND", "dsPre", "Predicted demand", ("preMMXU1",), "MX"),
+    Set("MSTAT", "dsMax", "Highest values of this month", ("nowMaxMMXU1", "nowMSTA1"), "MX"),
+    Set("ENRG", "dsEng", "Energy registers", ("MMTR1", "plsGGIO1"), "ST"),
+    Set("STEV", "dsInd", "Inputs and logic", ("diGGIO1", "lgGGIO1"), "ST"),
+    Set("STEV", "dsAlm", "Setpoint alarms", ("spGGIO1",), "ST"),
+    Set("STEV", "dsChk", "Self-check", ("chkGGIO1",), "ST"),
+    Set("STEV", "dsRcd", "Recorders", objects("RDRE1", "ST", "RcdMade FltNum RcdStr")
+        + objects("RDRE2", "ST", "RcdMade FltNum RcdStr")),
+    Set("STEV", "dsVar", "Voltage events", objects("QVVR1", "ST", "VarStr DipStr SwlStr IntrStr")
+        + objects("QVVR1", "MX", "VVa VVaTm") + objects("QVTR1", "ST", "TransStr")
+        + objects("QVTR1", "MX", "MaxVtrs VtrsTm")),
+    Set("CTRL", "dsOut", "Outputs", ("outGGIO1",), "ST"),
+)
 
 LIVE = "dchg qchg period"
 EDGE = "dchg qchg"
+EVENT = "dchg qchg dupd"    # an event that equals the one before it is an update and no change
+SAMPLE = "qchg period"
 
-SETS = (
-    Set("MEAS", "dsRms", "RMS values", ("MMXU1",), "MX", "urcbRms", False, LIVE, 10000, log="lcbRms"),
-    Set("MEAS", "dsFund", "Fundamental", ("fndMMXU1",), "MX", "urcbFund", False, LIVE, 30000),
-    Set("MEAS", "dsQual", "Imbalance and flicker", ("MSQI1", "MFLK1"), "MX", "urcbQual", False, LIVE, 30000),
-    Set("MEAS", "dsHarm", "Harmonics", ("MHAI1",), "MX", "urcbHarm", False, "period", 60000),
-    Set("MEAS", "dsInter", "Interharmonics", ("inhMHAI1",), "MX", "urcbInter", False, "period", 60000),
-    Set("DMND", "dsDmd", "Demand", ("avgMMXU1", "avgMSQI1"), "MX", "brcbDmd", True, "dchg", 0, 500),
-    Set("DMND", "dsPre", "Predicted demand", ("preMMXU1",), "MX", "urcbPre", False, LIVE, 60000),
-    Set("MSTAT", "dsMax", "Highest values of this month", ("nowMaxMMXU1", "nowMSTA1"), "MX", "urcbMax",
-        False, LIVE, 60000),
-    Set("ENRG", "dsEng", "Energy registers", ("MMTR1", "plsGGIO1"), "ST", "urcbEng", False, LIVE, 60000),
-    Set("STEV", "dsInd", "Inputs and logic", ("diGGIO1", "lgGGIO1"), "ST", "brcbInd", True, EDGE, 0, 50,
-        log="lcbInd"),
-    Set("STEV", "dsAlm", "Setpoint alarms", ("spGGIO1",), "ST", "brcbAlm", True, EDGE, 0, 50, log="lcbAlm"),
-    Set("STEV", "dsChk", "Self-check", ("chkGGIO1",), "ST", "brcbChk", True, EDGE, 0, 50),
-    Set("STEV", "dsRcd", "Recorders", ("RDRE1.RcdMade ST", "RDRE1.FltNum ST", "RDRE1.RcdStr ST",
-                                       "RDRE2.RcdMade ST", "RDRE2.FltNum ST", "RDRE2.RcdStr ST"), "",
-        "brcbRcd", True, EDGE),
-    Set("STEV", "dsVar", "Voltage events",
-        ("QVVR1.VarStr ST", "QVVR1.DipStr ST", "QVVR1.SwlStr ST", "QVVR1.IntrStr ST", "QVVR1.VVa MX",
-         "QVVR1.VVaTm MX", "QVTR1.TransStr ST", "QVTR1.MaxVtrs MX", "QVTR1.VtrsTm MX"), "", "brcbVar", True,
-        "dchg qchg dupd", log="lcbVar"),
-    Set("CTRL", "dsOut", "Outputs", ("outGGIO1",), "ST", "brcbOut", True, EDGE, 0, 50),
+REPORTS = (
+    Report("dsRms", "urcbRms", LIVE, 10000),
+    Report("dsTrend", "brcbTrend", SAMPLE, 60000),
+    Report("dsFund", "urcbFund", LIVE, 30000),
+    Report("dsQual", "urcbQual", LIVE, 30000, 0, "dataRef"),
+    Report("dsHarm", "urcbHarm", "period", 60000, 0, "segmentation"),
+    Report("dsThd", "brcbThd", SAMPLE, 60000),
+    Report("dsDmd", "urcbDmd", EVENT + " period", 60000),
+    Report("dsDmd", "brcbDmd", "dchg", 0, 500),
+    Report("dsPre", "urcbPre", LIVE, 60000),
+    Report("dsMax", "urcbMax", LIVE, 60000),
+    Report("dsEng", "urcbEng", LIVE, 60000),
+    Report("dsInd", "urcbInd", EDGE + " period", 60000, 50, "dataRef"),
+    Report("dsInd", "brcbInd", EDGE, 0, 50),
+    Report("dsAlm", "urcbAlm", EDGE + " period", 60000, 50, "dataRef"),
+    Report("dsAlm", "brcbAlm", EDGE, 0, 50),
+    Report("dsChk", "brcbChk", EDGE, 0, 50),
+    Report("dsRcd", "brcbRcd", EDGE, 0, 0, "dataRef"),
+    Report("dsVar", "urcbVar", EVENT, 0, 0, "dataRef"),
+    Report("dsVar", "brcbVar", EVENT, 0, 0, "dataRef segmentation"),
+    Report("dsOut", "brcbOut", EDGE, 0, 50),
+)
+
+LOGS = (
+    Log("dsRms", "lcbRms", LIVE, 60000),
+    Log("dsInd", "lcbInd", EDGE),
+    Log("dsAlm", "lcbAlm", EDGE),
+    Log("dsVar", "lcbVar", EDGE),
 )
 
 HEAD = ("Mod", "Beh", "Health", "NamPlt")
@@ -80,10 +138,10 @@ def dataSet(ld, row):
 
 
 def reportControl(ld, row):
-    options = ["seqNum", "timeStamp", "dataSet", "reasonCode", "configRef"]
+    options = ["seqNum", "timeStamp", "dataSet", "reasonCode", "configRef", *row.options.split()]
     options += ["entryID", "bufOvfl"] if row.buffered else []
     return Element("ReportControl", {
-        "name": row.report, "datSet": row.name, "intgPd": row.period, "rptID": ld.inst + "/" + row.report,
+        "name": row.name, "datSet": row.dataSet, "intgPd": row.period, "rptID": ld.inst + "/" + row.name,
         "confRev": 1, "buffered": "true" if row.buffered else "false", "bufTime": row.bufTime}, [
             Element("TrgOps", {t: "true" for t in row.triggers.split() + ["gi"]}),
             Element("OptFields", {o: "true" for o in options}),
@@ -91,17 +149,16 @@ def reportControl(ld, row):
 
 
 def logControl(ld, row):
-    if not row.log:
-        return None
-    triggers = [t for t in row.triggers.split() if t != "dupd"]
     return Element("LogControl", {
-        "name": row.log, "datSet": row.name, "intgPd": 60000 if "period" in triggers else 0,
-        "logName": ld.inst, "logEna": "false" if "period" in triggers else "true", "reasonCode": "true"},
-        [Element("TrgOps", {t: "true" for t in triggers})])
+        "name": row.name, "datSet": row.dataSet, "intgPd": row.period, "logName": ld.inst,
+        "logEna": "false" if row.period else "true", "reasonCode": "true"},
+        [Element("TrgOps", {t: "true" for t in row.triggers.split()})])
 
 
 def blocks(ld):
     """What the LLN0 of a device holds before its DOIs: data sets, reports, logs in this order."""
     rows = [row for row in SETS if row.device == ld.inst]
-    return ([dataSet(ld, row) for row in rows] + [reportControl(ld, row) for row in rows]
-            + [logControl(ld, row) for row in rows])
+    names = {row.name for row in rows}
+    return ([dataSet(ld, row) for row in rows]
+            + [reportControl(ld, row) for row in REPORTS if row.dataSet in names]
+            + [logControl(ld, row) for row in LOGS if row.dataSet in names])

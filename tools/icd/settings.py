@@ -1,7 +1,7 @@
 """Devices of the instrument's parameters, with the limits that the instrument checks on a commit.
 
-A parameter whose allowed values depend on another has its widest limits here; one without limits
-is free. Those of a setting group lie in FC SG, from which the server makes FC SE.
+A parameter whose allowed values depend on another has its widest limits here; a step of 0 is none.
+Those of a setting group lie in FC SG, from which the server makes FC SE.
 """
 
 from icd.describe import PERCENT, RATIO, Do, Ln, frame
@@ -31,6 +31,7 @@ def choice(name, at, desc, enum, high):
 
 
 SYS = "SET.sys."
+ANY_FLOAT = ("-3.4028235e+38", "3.4028235e+38", 0)
 
 
 def transformers():
@@ -132,7 +133,7 @@ def setpoint(n):
     at = "SET.setpoint%d." % n
     dos = integers(at, (("TrgMod", "0 off, 1 over, 2 under", 0, 2),
                         ("MonObj", "Quantity", 0, 162 if n < 25 else 18)))
-    dos += [Do(name, "ASG", at + name, desc, RATIO, typed=True)
+    dos += [Do(name, "ASG", at + name, desc, RATIO, limits=ANY_FLOAT, typed=True)
             for name, desc in (("OvStrVar", "Upper limit"), ("UnStrVar", "Lower limit"))]
     dos += integers(at, (("ActTm", "Delay", 0, 9999), ("RetTm", "Return delay", 0, 9999),
                          ("Trg1", "First action", 0, 35), ("Trg2", "Second action", 0, 35)))

@@ -23,7 +23,7 @@ STRUCTS = {
 
 QUALITY = "qchg"
 CHANGE = "dchg"
-UPDATE = "dchg dupd"    # changes and every refresh
+UPDATE = "dchg dupd"    # of the classes whose records count their updates
 
 
 def da(name, fc, bType, type=None, trigger="", count=None, val=None):
@@ -58,7 +58,7 @@ def status(do, *value):
     else:
         value = ("Enum", do.enum)
     dual = [da("dU", "DC", "Unicode255")] if do.dual else []
-    return [da("stVal", "ST", *value, trigger=CHANGE), *stamp("ST"),
+    return [da("stVal", "ST", *value, trigger=UPDATE), *stamp("ST"),
             *substitution(do, da("subVal", "SV", *value)), *d(do), *dual]
 
 

@@ -23,6 +23,10 @@ CONTENT = {
     "INT128": 4, "INT32U": 5, "Dbpos": 2, "Check": 2, "Octet64": 64, "VisString32": 32, "VisString64": 64,
     "VisString65": 65, "VisString255": 40, "Unicode255": 120, "B": 1, "U": 5, "S": 3, "O8": 8, "T": 6, "V65": 65,
 }
+# Octets of the content of those values that do not lie in the record of a value itself.
+STORED = {"Quality": 8, "Dbpos": 8, "Check": 8, "Timestamp": 8, "FLOAT32": 8, "Octet64": 72, "VisString32": 40,
+          "VisString64": 72, "VisString65": 72, "VisString255": 256, "Unicode255": 1024}
+TRIGGERS = ("dchg", "qchg", "dupd")
 
 
 @dataclass
@@ -32,7 +36,7 @@ class Node:
     fc: str = ""
     cdc: str = ""
     count: int = 0
-    trigger: bool = False
+    triggers: set = field(default_factory=set)
     children: list = field(default_factory=list)
 
     def child(self, name):
@@ -65,7 +69,7 @@ class Types:
     def attribute(self, node, element, fc):
         kind = element.get("bType")
         child = Node(element.get("name"), kind, fc,
-                     trigger=any(element.get(t) == "true" for t in ("dchg", "qchg", "dupd")))
+                     triggers=node.triggers | {t for t in TRIGGERS if element.get(t) == "true"})
         node.children.append(child)
         if element.tag == "DA":
             child.count = int(element.get("count") or 0)
@@ -142,13 +146,12 @@ def typeSize(node):
 
 
 def reportSize(node):
-    """Octets of a member's value in a report entry on a 64-bit host."""
+    """Octets that a member's value takes in a report entry beside its record, on a 64-bit host."""
     if node.count:
-        return 40 + 16 + 2 * node.count * 24
+        return 24 + 2 * node.count * 24
     if node.children:
-        return 72 + sum(reportSize(c) for c in node.children)
-    text = {"Octet64": 88, "VisString65": 88, "VisString64": 88, "VisString255": 280, "Unicode255": 1048}
-    return 40 + text.get(node.bType, 24)
+        return 32 + sum(24 + 16 + reportSize(c) for c in node.children)
+    return 16 + STORED[node.bType] if node.bType in STORED else 0
 
 
 def textSize(text):
