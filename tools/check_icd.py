@@ -197,7 +197,8 @@ def main(arguments):
     file = File(paths[0] if paths else FILE)
     figures = {}
     found = [*schemaFaults(file.root), *typeFaults(file), *addressFaults(file), *attributeFaults(file),
-             *triggerFaults(file), *nameFaults(file), *blockFaults(file, figures), *settingFaults(file), *roomFaults(file, figures)]
+             *triggerFaults(file), *nameFaults(file), *blockFaults(file, figures), *settingFaults(file),
+             *roomFaults(file, figures)]
     for text in found:
         print(text)
     if "--figures" in arguments:

@@ -90,7 +90,7 @@ REPORTS = (
     Report("dsHarm", "urcbHarm", "period", 60000, 0, "segmentation"),
     Report("dsThd", "brcbThd", SAMPLE, 60000),
     Report("dsDmd", "urcbDmd", EVENT + " period", 60000),
-    Report("dsDmd", "brcbDmd", "dchg", 0, 500),
+    Report("dsDmd", "brcbDmd", EDGE, 0, 500),
     Report("dsPre", "urcbPre", LIVE, 60000),
     Report("dsMax", "urcbMax", LIVE, 60000),
     Report("dsEng", "urcbEng", LIVE, 60000),
