@@ -20,6 +20,9 @@ struct Reply {
     f64 waitSeconds = 0;
 };
 
+// The list of all commands, a line each.
+std::string commandHelp();
+
 // Does one line. An empty line or one that begins with "#" does nothing and has no reply.
 Reply executeLine(Instrument *instrument, const std::string &line);
 

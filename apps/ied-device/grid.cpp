@@ -8,7 +8,11 @@ namespace ied::instrument {
 namespace {
 
 constexpr f64 turn = 2 * std::numbers::pi;
-constexpr f64 phaseAngle[3] = {0, -turn / 3, turn / 3};
+
+f64 phaseAngle(const Grid &grid, int phase) {
+    constexpr f64 angles[3] = {0, -turn / 3, turn / 3};
+    return grid.reversed ? -angles[phase] : angles[phase];
+}
 
 struct Usual {
     int order;
@@ -36,8 +40,8 @@ Harmonic residue(int order, f64 ratio) {
 
 // The fundamental of a phase's voltage from its symmetrical components.
 Phasor fundamental(const Grid &grid, f64 volts, int phase) {
-    const Phasor positive = std::polar(volts, phaseAngle[phase]);
-    const Phasor negative = std::polar(volts * grid.negativeSequence, -phaseAngle[phase] + 0.4);
+    const Phasor positive = std::polar(volts, phaseAngle(grid, phase));
+    const Phasor negative = std::polar(volts * grid.negativeSequence, -phaseAngle(grid, phase) + 0.4);
     const Phasor zero = std::polar(volts * grid.zeroSequence, 1.1);
     return positive + negative + zero;
 }
@@ -51,6 +55,13 @@ void fillHarmonics(Spectrum *spectrum, const Harmonic *harmonics, f64 base, f64 
 void fillInter(Spectrum *spectrum, f64 base, f64 ratio) {
     for (int i = 0; i < orders; i++) {
         spectrum->inter[i] = base * ratio / (1.0 + 0.5 * i);
+    }
+}
+
+void scale(Spectrum *spectrum, f64 share) {
+    for (int h = 0; h < orders; h++) {
+        spectrum->order[h] *= share;
+        spectrum->inter[h] *= share;
     }
 }
 
@@ -108,16 +119,19 @@ Phasors phasorsAt(const Grid &grid, f64 seconds, bool threeWire) {
         const f64 pollution = 1 + moves * 0.05 * wave(seconds, 389, 0.2 * p);
         const f64 amperes = grid.load[p].amperes * (1 + moves * 0.09 * wave(seconds, 733, 0.31 * p));
         const f64 lag = grid.load[p].angle + moves * 0.03 * wave(seconds, 523, 0.17 * p);
+        const f64 angle = phaseAngle(grid, p);
         u.order[1] = fundamental(grid, volts, p);
         i.order[1] = std::polar(amperes, std::arg(u.order[1]) - lag);
-        fillHarmonics(&u, grid.voltage, volts, phaseAngle[p], pollution);
-        fillHarmonics(&i, grid.current, amperes, phaseAngle[p], pollution);
+        fillHarmonics(&u, grid.voltage, volts, angle, pollution);
+        fillHarmonics(&i, grid.current, amperes, angle, pollution);
         fillInter(&u, volts, grid.interVoltage * pollution);
         fillInter(&i, amperes, grid.interCurrent * pollution);
         out.flickerDepth[p] =
             grid.flickerDepth * flickerShares[p] * (1 + moves * 0.1 * wave(seconds, 2900, 0.3));
         u.order[0] = volts * 0.0002;
         i.order[0] = amperes * 0.001;
+        scale(&u, grid.share[p]);
+        scale(&i, grid.share[p]);
     }
     if (threeWire) {
         removeZeroSequence(out.voltage);

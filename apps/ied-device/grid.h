@@ -36,9 +36,11 @@ struct Grid {
     Harmonic current[orders];
     f64 interVoltage = 0.0004; // interharmonic group behind order 0; falls with the order
     f64 interCurrent = 0.002;
-    f64 flickerDepth = 0.35; // relative voltage change in percent
-    f64 flickerRate = 110.0; // changes a minute
-    bool drift = true;       // slow movement of all of it
+    f64 flickerDepth = 0.35;  // relative voltage change in percent
+    f64 flickerRate = 110.0;  // changes a minute
+    bool drift = true;        // slow movement of all of it
+    bool reversed = false;    // phase sequence A, C, B
+    f64 share[3] = {1, 1, 1}; // of the voltage that a disturbance leaves in each phase; loads follow it
 };
 
 // A grid with the usual pollution of a low-voltage network and a load of `amperes`.

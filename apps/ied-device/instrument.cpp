@@ -1,7 +1,12 @@
 #include "ied-device/instrument.h"
 
+#include "ied-device/chance.h"
+#include "ied-device/harmonics.h"
 #include "ied-device/measuring.h"
 #include "ied-device/state.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace ied::instrument {
 
@@ -42,11 +47,33 @@ void refreshRealTime(Instrument *instrument) {
     }
 }
 
-void stepInstrument(Instrument *instrument) {
+namespace {
+
+// The voltages of a tick: those of the last second, less what a disturbance takes.
+void lookAtVoltages(Instrument *instrument) {
+    f64 undisturbed[3];
+    f64 shares[3];
+    Phasor phases[3];
+    for (int p = 0; p < 3; p++) {
+        undisturbed[p] = std::abs(instrument->undisturbed[p]);
+    }
+    shareVoltages(&instrument->disturbances, instrument->ticks, undisturbed, instrument->method.ratedVolts,
+                  shares);
+    for (int p = 0; p < 3; p++) {
+        phases[p] = instrument->undisturbed[p] * shares[p];
+        instrument->phaseVolts[p] = undisturbed[p] * shares[p];
+    }
+    for (int p = 0; p < 3; p++) {
+        instrument->lineVolts[p] = std::abs(phases[p] - phases[(p + 1) % 3]);
+    }
+}
+
+void liveSecond(Instrument *instrument) {
     const Region region = instrument->shared.region;
     const Method method = methodOf(region);
     instrument->seconds += 1;
     instrument->steps++;
+    finishShares(&instrument->disturbances, instrument->grid.share);
     const bool isNew = adoptMethod(instrument, method);
     const Quantities quantities = measureAt(*instrument, method, instrument->seconds);
     const Energies before = instrument->energies;
@@ -74,6 +101,43 @@ void stepInstrument(Instrument *instrument) {
         showNewMethod(instrument);
     }
     readState(region, &instrument->state);
+    lookAtMains(instrument);
+}
+
+} // namespace
+
+void lookAtMains(Instrument *instrument) {
+    Grid plain = instrument->grid;
+    std::fill(std::begin(plain.share), std::end(plain.share), 1.0);
+    const Phasors phasors = phasorsAt(plain, instrument->seconds, false);
+    for (int p = 0; p < 3; p++) {
+        instrument->undisturbed[p] =
+            std::polar(rms(phasors.voltage[p]), std::arg(phasors.voltage[p].order[1]));
+    }
+}
+
+bool tickInstrument(Instrument *instrument, u64 lateNs) {
+    instrument->lateNs = lateNs;
+    takeChances(instrument);
+    lookAtVoltages(instrument);
+    watchVoltages(instrument);
+    watchTransients(instrument);
+    endPulses(instrument);
+    instrument->ticks++;
+    const bool isSecond = instrument->ticks % ticksPerSecond == 0;
+    if (isSecond) {
+        liveSecond(instrument);
+    }
+    watchSetPoints(instrument);
+    watchLogicGroups(instrument);
+    instrument->lateNs = 0;
+    return isSecond;
+}
+
+void stepInstrument(Instrument *instrument) {
+    for (u32 left = ticksPerSecond; left > 0; left--) {
+        tickInstrument(instrument, (left - 1) * tickNs);
+    }
 }
 
 } // namespace ied::instrument

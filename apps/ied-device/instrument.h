@@ -3,9 +3,13 @@
 #pragma once
 
 #include "ied-device/demand.h"
+#include "ied-device/disturbances.h"
 #include "ied-device/energy.h"
+#include "ied-device/logicGroups.h"
 #include "ied-device/regionAccess.h"
+#include "ied-device/setpoints.h"
 #include "ied-device/statistics.h"
+#include "ied-device/voltageEvents.h"
 #include "platform/platform.h"
 
 #include <vector>
@@ -32,15 +36,32 @@ struct Flicker {
     u32 samples = 0;
 };
 
+// Events that come by themselves.
+struct Chance {
+    f64 rate = 0; // a minute
+    u64 seed = 0; // moves on with each number
+};
+
 struct Instrument {
     SharedObjects shared;
     Grid grid;
+    Disturbances disturbances;
+    Chance chance;
     f64 seconds = 0;            // the instrument's clock, from the epoch; runs faster with a speed-up
     u32 steps = 0;              // seconds lived
+    u64 ticks = 0;              // and ticks
+    u64 lateNs = 0;             // host time since the running tick was due
     bool held = false;          // nothing moves
     Method method{};            // the one that the values below are of
     bool methodTouched = false; // changed since, while held; perhaps back again
     Quantities quantities{};
+    f64 phaseVolts[3] = {}; // of the running tick
+    f64 lineVolts[3] = {};
+    Phasor undisturbed[3] = {}; // phase voltages without what a disturbance takes, of the last second
+    VoltageEvents voltageEvents;
+    SetPoints setPoints;
+    LogicGroups logicGroups;
+    u64 openAt[6] = {}; // tick that ends the pulse of each output, 0 for none
     Energies energies{};
     DemandWindow demand;
     Flicker flicker;
@@ -56,8 +77,12 @@ struct Instrument {
 // instrument has filled keeps its parameters, registers, rings and counters.
 void startInstrument(Instrument *instrument);
 
-// Lives on for one second of the instrument's clock: measures, integrates, writes what is due and
-// raises the change counters.
+// Lives on for one tick of the instrument's clock, which was due `lateNs` of the host's time ago: looks
+// at the voltages, the setpoints and the logic. With the last tick of a second it measures, integrates,
+// writes what is due and raises the change counters; it returns true then.
+bool tickInstrument(Instrument *instrument, u64 lateNs);
+
+// All ticks of one second, the last of them due now.
 void stepInstrument(Instrument *instrument);
 
 // Measures and writes the real-time block at once, with nothing integrated: after a change of a
@@ -70,9 +95,14 @@ Method methodOf(Region region);
 
 // Adds to a pulse counter (input 0 to 7) if the input counts pulses. True if it does.
 bool countPulses(Instrument *instrument, u32 input, u32 count);
-// New state of a digital input, with its entry in the ring.
+// New state of a digital input (0 to 7). A change has an entry in the ring if the input shows a state;
+// if it counts pulses, its closing is one.
 void setInput(Instrument *instrument, u32 input, bool closed);
-// New state of an output (0 to 3 relays, 4 and 5 digital outputs), with its entry in the ring.
-void setOutput(Instrument *instrument, u32 output, bool closed);
+// Closes or opens an output (0 to 3 relays, 4 and 5 digital outputs); a change has an entry in the
+// ring. Where a length is set for its pulses it opens again after that. False, with nothing done, for
+// a digital output that is in use for something else.
+bool operateOutput(Instrument *instrument, u32 output, bool close);
+// Opens the outputs whose pulse is over.
+void endPulses(Instrument *instrument);
 
 } // namespace ied::instrument

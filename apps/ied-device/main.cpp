@@ -48,21 +48,20 @@ void showState(const Instrument &instrument, const Options &options) {
     }
 }
 
-// Steps that are due; after a long sleep of the host the missed ones are not made up.
+// Ticks that are due; after a long sleep of the host the missed ones are not made up.
 void serveClock(Instrument *instrument, const Options &options, u64 *next) {
-    const u64 period = static_cast<u64>(static_cast<f64>(second) / options.speed);
+    const u64 period = static_cast<u64>(static_cast<f64>(tickNs) / options.speed);
     const u64 now = monotonicNs();
     if (now > *next + 5 * second) {
         *next = now;
     }
-    bool stepped = false;
+    bool measured = false;
     for (; *next <= now; *next += period) {
         if (!instrument->held) {
-            stepInstrument(instrument);
-            stepped = true;
+            measured |= tickInstrument(instrument, now - *next);
         }
     }
-    if (stepped) {
+    if (measured) {
         showState(*instrument, options);
     }
 }
@@ -93,14 +92,15 @@ int play(const Options &options) {
     showState(*instrument, options);
     std::puts("ready");
     std::fflush(stdout);
-    for (u64 next = monotonicNs() + second;;) {
+    // The clock comes first, so that what a line does comes behind what was due before.
+    for (u64 next = monotonicNs();;) {
+        serveClock(instrument.get(), options, &next);
         serveQueues(instrument.get(), options.showQueues);
         readLines(&input);
         if (!serveLines(instrument.get(), &script) ||
             (script.lines.empty() && !serveLines(instrument.get(), &input))) {
             return script.refused ? 1 : 0;
         }
-        serveClock(instrument.get(), options, &next);
         rest(input, next);
     }
 }

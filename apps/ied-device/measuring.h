@@ -19,6 +19,9 @@ DemandSettings demandSettings(Region region);
 // What the instrument would measure at a moment.
 Quantities measureAt(const Instrument &instrument, const Method &method, f64 seconds);
 
+// Takes up the voltages that the ticks of the next second begin with.
+void lookAtMains(Instrument *instrument);
+
 void updateRealTime(Instrument *instrument, const Quantities &quantities);
 // Takes over a method. True if it is another than the one before: the demand window and, after a
 // change of the wiring, the flicker are empty then, and extremes that mean something else have been

@@ -1,5 +1,6 @@
 #include "ied-device/options.h"
 
+#include "ied-device/console.h"
 #include "platform/platform.h"
 
 #include <CLI/CLI.hpp>
@@ -27,6 +28,7 @@ int readOptions(int argc, const char *const *argv, Options *options) {
     CLI::Option *spy = app.add_flag("--spy", options->spy, "only take records off the queues and print them");
     app.add_flag("--remove", options->remove, "remove the shared objects of the instance and end")
         ->excludes(spy);
+    app.footer("Line commands, of the script and of the standard input:\n" + commandHelp());
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -43,7 +43,7 @@ constexpr ParamRow rows[] = {
     {"SET.IO.DIStaTmms*", ParamU16, 824, 1, 1, 0, 8, 8, 1, 1000, 20, ArmDI},
     {"SET.IO.DIMod*", ParamU16, 826, 1, 1, 0, 8, 8, 0, 3, 0, ArmDI},
     {"SET.IO.DIPlsFac*", ParamU32, 828, 1, 1, 0, 8, 8, 1, 1000000, 1, ArmDI},
-    {"SET.IO.DOPlsTm*", ParamU16, 888, 1, 1, 0, 2, 4, 0, 6000, 100, ArmDO},
+    {"SET.IO.DOPlsTm*", ParamU16, 888, 1, 1, 0, 2, 4, 0, 6000, 0, ArmDO},
     {"SET.IO.DOMod*", ParamU16, 890, 1, 1, 0, 2, 4, 0, 6, 0, ArmDO},
     {"SET.IO.ROPlsTm*", ParamU16, 896, 1, 1, 0, 4, 2, 0, 6000, 0, ArmRO},
     {"SET.sys.EngPlsFac", ParamU16, 904, 1, 1, 0, 1, 0, 0, 4, 1, ArmEnergy},

@@ -17,21 +17,51 @@ struct Special {
 constexpr Special specials[] = {
     {"SET.IO.DIMod7", 1}, // pulses of a meter
     {"SET.IO.DIMod8", 1},
-    {"SET.setpoint1.TrgMod", 1},
+    {"SET.setpoint1.TrgMod", 1}, // a phase voltage is too high
     {"SET.setpoint1.MonObj", 1},
     {"SET.setpoint1.OvStrVar", 253},
     {"SET.setpoint1.UnStrVar", 250},
-    {"SET.setpoint2.TrgMod", 2},
+    {"SET.setpoint2.TrgMod", 2}, // or too low
     {"SET.setpoint2.MonObj", 1},
     {"SET.setpoint2.OvStrVar", 210},
     {"SET.setpoint2.UnStrVar", 207},
-    {"SET.setpoint3.TrgMod", 1},
+    {"SET.setpoint3.TrgMod", 1}, // distortion of a voltage
     {"SET.setpoint3.MonObj", 27},
     {"SET.setpoint3.OvStrVar", 0.08},
     {"SET.setpoint3.UnStrVar", 0.07},
-    {"SET.logic1.LogicEna", 1},
+    {"SET.setpoint4.TrgMod", 1}, // input 1 is closed
+    {"SET.setpoint4.MonObj", 11},
+    {"SET.setpoint4.ActTm", 0},
+    {"SET.setpoint4.RetTm", 0},
+    {"SET.setpoint5.TrgMod", 1}, // input 2 is closed
+    {"SET.setpoint5.MonObj", 12},
+    {"SET.setpoint5.ActTm", 0},
+    {"SET.setpoint5.RetTm", 0},
+    {"SET.setpoint6.TrgMod", 1}, // a phase current
+    {"SET.setpoint6.MonObj", 3},
+    {"SET.setpoint6.OvStrVar", 160},
+    {"SET.setpoint6.UnStrVar", 150},
+    {"SET.setpoint7.TrgMod", 1}, // deviation of the frequency
+    {"SET.setpoint7.MonObj", 6},
+    {"SET.setpoint7.OvStrVar", 0.5},
+    {"SET.setpoint7.UnStrVar", 0.4},
+    {"SET.setpoint8.TrgMod", 1}, // reverse phase sequence
+    {"SET.setpoint8.MonObj", 38},
+    {"SET.setpoint25.TrgMod", 2}, // a phase voltage, without delay
+    {"SET.setpoint25.MonObj", 1},
+    {"SET.setpoint25.ActTm", 0},
+    {"SET.setpoint25.RetTm", 0},
+    {"SET.setpoint25.OvStrVar", 210},
+    {"SET.setpoint25.UnStrVar", 207},
+    {"SET.logic1.LogicEna", 1}, // the voltage is too high or too low
     {"SET.logic1.input1", 1},
     {"SET.logic1.input2", 2},
+    {"SET.logic1.logic1", 1},
+    {"SET.logic2.LogicEna", 1}, // both inputs are closed
+    {"SET.logic2.input1", 4},
+    {"SET.logic2.input2", 5},
+    {"SET.sys.VarTrg1", 31}, // a wave record of each voltage event
+    {"SET.sys.TransTrg1", 32},
     {"SET.EngBill.var2", 2},
     {"SET.EngBill.var3", 3},
     {"SET.EngBill.var4", 4},
@@ -128,6 +158,11 @@ void storeParameter(Region region, u32 area, const Parameter &parameter, f64 val
     case ParamF32:
         return storeAt<f32>(region, offset, static_cast<f32>(value));
     }
+}
+
+f64 inForce(Region region, const Parameter &family, u32 group, u32 member) {
+    return loadParameter(region, region::liveArea,
+                         {family.row, family.group + group, family.member + member});
 }
 
 bool parameterAllows(const ParamRow &row, f64 value) {

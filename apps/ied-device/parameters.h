@@ -54,6 +54,8 @@ Parameter findParameter(std::string_view name);
 // Value in the parameter area that begins at `area` (region::liveArea or region::editArea).
 f64 loadParameter(Region region, u32 area, const Parameter &parameter);
 void storeParameter(Region region, u32 area, const Parameter &parameter, f64 value);
+// The value in force of a member of a parameter's family, so many groups and members behind it.
+f64 inForce(Region region, const Parameter &family, u32 group = 0, u32 member = 0);
 // Whether the value is within the limits and whole where it has to be.
 bool parameterAllows(const ParamRow &row, f64 value);
 

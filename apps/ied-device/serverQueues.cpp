@@ -1,5 +1,6 @@
 #include "ied-device/serverQueues.h"
 
+#include "ied-device/actions.h"
 #include "ied-device/measuring.h"
 #include "ied-device/parameters.h"
 
@@ -13,6 +14,7 @@ namespace {
 constexpr u32 firstOutput = 85;
 constexpr u32 lastOutput = 90;
 constexpr u32 commitSelector = 99;
+constexpr u32 firstRecordTrigger = 0;
 constexpr u32 firstPulseClear = 40;
 enum ClearCommand : u32 {
     ClearRtNow = 36,
@@ -50,7 +52,7 @@ void operate(Instrument *instrument, u32 output) {
     const bool close = takeCounter(region, region::outputClose, output);
     const bool open = takeCounter(region, region::outputOpen, output);
     if (close != open) {
-        setOutput(instrument, output, close);
+        operateOutput(instrument, output, close);
     }
 }
 
@@ -87,7 +89,17 @@ void clearPulses(Instrument *instrument, u32 input) {
     raise(region, region::dspFlag, region::DspPulse);
 }
 
-void clearOrTrigger(Instrument *instrument, u32 command) {
+// Records are asked for by their counters: their messages have no group of commands.
+void trigger(Instrument *instrument) {
+    const Region region = instrument->shared.region;
+    for (u32 group = 0; group < region::waveCount.count; group++) {
+        if (takeCounter(region, region::commandCounter, firstRecordTrigger + group)) {
+            startRecord(instrument, group);
+        }
+    }
+}
+
+void clear(Instrument *instrument, u32 command) {
     if (command >= ClearRtNow && command <= ClearDmdLast) {
         clearExtremes(instrument, command);
     } else if (command >= firstPulseClear && command < firstPulseClear + region::pulseCount.count) {
@@ -129,8 +141,10 @@ void executeCommand(Instrument *instrument, const manageMsg &message) {
         operate(instrument, message.data0 - firstOutput);
     } else if (message.data0 == commitSelector) {
         commit(instrument);
-    } else if (message.data0 == 0) {
-        clearOrTrigger(instrument, message.data1);
+    } else if (message.data2 == 0) {
+        trigger(instrument);
+    } else {
+        clear(instrument, message.data1);
     }
     const AreaLock lock(instrument->shared.mutex);
     for (u32 i = 0; i < region::commandCounter.count; i++) {

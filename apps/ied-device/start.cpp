@@ -1,3 +1,4 @@
+#include "ied-device/eventRings.h"
 #include "ied-device/measuring.h"
 #include "ied-device/parameters.h"
 #include "ied-device/regionWriter.h"
@@ -102,6 +103,17 @@ void takeOver(Instrument *instrument) {
     }
 }
 
+// Alarms go on as the rings show them; what the rings hold already is of the time before the start.
+void takeUpEvents(Instrument *instrument) {
+    const Region region = instrument->shared.region;
+    instrument->setPoints.active = newestState(region, region::spRing);
+    instrument->logicGroups.active = newestState(region, region::lgRing);
+    store(region, region::pqStart, load(region, region::pqCounter));
+    for (u32 group = 0; group < region::waveCount.count; group++) {
+        store(region, region::waveStart, load(region, region::waveCount, group), group);
+    }
+}
+
 } // namespace
 
 void startInstrument(Instrument *instrument) {
@@ -128,6 +140,8 @@ void startInstrument(Instrument *instrument) {
     fillDemand(instrument, method, now.sec);
     predictDemand(instrument);
     constexpr f64 hour = 3600;
+    takeUpEvents(instrument);
+    lookAtMains(instrument);
     integrate(&instrument->energies, quantities, isFresh ? 2000 * hour : 0); // registers of a used instrument
     writeEnergies(instrument);
     addToMonth(instrument);

@@ -202,6 +202,37 @@ std::string updatesJson(Region region) {
     return out + std::to_string(load(region, region::statLastMonth)) + "}";
 }
 
+// What the instrument's events have come to: states as they are now, and entries of each ring.
+std::string eventsJson(const Instrument &instrument) {
+    const Region region = instrument.shared.region;
+    struct Row {
+        const char *name;
+        u32 state;
+        u32 entries;
+    };
+    const Row rows[] = {
+        {"di", load(region, region::diState), load(region, region::diRing.counter)},
+        {"do", load(region, region::outputState), load(region, region::doRing.counter)},
+        {"sp", instrument.setPoints.active, load(region, region::spRing.counter)},
+        {"lg", instrument.logicGroups.active, load(region, region::lgRing.counter)},
+    };
+    std::string out = "{";
+    for (const Row &row : rows) {
+        appendKey(&out, row.name);
+        out +=
+            "{\"state\":" + std::to_string(row.state) + ",\"entries\":" + std::to_string(row.entries) + "}";
+    }
+    const Row counts[] = {{"pq", 0, load(region, region::pqCounter)},
+                          {"wave1", 0, load(region, region::waveCount, 0)},
+                          {"wave2", 0, load(region, region::waveCount, 1)},
+                          {"check", 0, load(region, region::checkWord)}};
+    for (const Row &row : counts) {
+        appendKey(&out, row.name);
+        out += std::to_string(row.entries);
+    }
+    return out + "}";
+}
+
 } // namespace
 
 void readState(Region region, std::vector<f64> *values) {
@@ -222,6 +253,7 @@ std::string stateJson(const Instrument &instrument, const std::vector<std::strin
     const bool sameShape = instrument.stateBefore.size() == instrument.state.size();
     return std::string("{\"time\":") + time + ",\"wiring\":" + std::to_string(load(region, region::TVMod)) +
            ",\"held\":" + (instrument.held ? "true" : "false") + ",\"updates\":" + updatesJson(region) +
+           ",\"events\":" + eventsJson(instrument) +
            ",\"values\":" + valuesJson(delta, instrument.state, prefixes) + "},\"before\":" +
            valuesJson(delta, sameShape ? instrument.stateBefore : instrument.state, prefixes) +
            "},\"settings\":" + settingsJson(region, prefixes) + "}\n";

@@ -115,7 +115,8 @@ TEST_F(DeviceProcess, NamesFileAndLineOfAWrongScriptAndDoesTheRest) {
         test::run({test::binary("ied-device"), "--instance", platformOptions.instance, "--script", path});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, path + ":4: unknown command laod; \"help\" lists all\n" + path +
-                              ":5: usage: input INPUT 0|1\n" + path + ":6: no parameter SET.no\n");
+                              ":5: usage: input INPUT 0|1|toggle [TIMES]\n" + path +
+                              ":6: no parameter SET.no\n");
     EXPECT_NE(result.out.find("\"RT.Hz\":"), std::string::npos) << result.out;
 }
 

@@ -1,0 +1,16 @@
+// What the instrument does by itself when a setpoint, a logic group or a voltage event tells it to.
+#pragma once
+
+#include "ied-device/instrument.h"
+
+namespace ied::instrument {
+
+// Carries out an action by its number, when what calls for it becomes active and when that is over:
+// 1 to 4 close and open the relays RO1 to RO4, 5 and 6 the outputs DO1 and DO2, 31 and 32 start a wave
+// record of group 1 or 2. All other numbers do nothing.
+void act(Instrument *instrument, u32 action, bool active);
+
+// Announces a wave record of a group (0 or 1). False if the group keeps no records.
+bool startRecord(Instrument *instrument, u32 group);
+
+} // namespace ied::instrument

@@ -1,0 +1,104 @@
+// Commands on parameters and on the instrument as a whole.
+#include "ied-device/commandTable.h"
+#include "ied-device/parameters.h"
+#include "ied-device/state.h"
+
+namespace ied::instrument {
+
+namespace {
+
+// A parameter comes with the values that follow from it, then its counter.
+void setParameter(Instrument *instrument, const Parameter &parameter, f64 value) {
+    const Region region = instrument->shared.region;
+    storeParameter(region, region::liveArea, parameter, value);
+    refreshRealTime(instrument);
+    if (const u32 arm = paramArm(parameter)) {
+        raise(region, region::armFlag, arm);
+    }
+}
+
+bool wiring(Instrument *instrument, Arguments &arguments, Reply *) {
+    const bool delta = arguments.among(1, "delta", "wye");
+    if (arguments.sound()) {
+        setParameter(instrument, findParameter("SET.sys.TVMod"), delta ? 1 : 0);
+    }
+    return arguments.sound();
+}
+
+bool set(Instrument *instrument, Arguments &arguments, Reply *reply) {
+    const f64 value = arguments.number(2, -1e9, 1e9);
+    if (!arguments.sound()) {
+        return false;
+    }
+    const Parameter parameter = findParameter(arguments.text(1));
+    if (parameter.row == nullptr || !parameterAllows(*parameter.row, value)) {
+        reply->text = parameter.row == nullptr
+                          ? "no parameter " + arguments.text(1) + "\n"
+                          : arguments.text(1) + " takes " + std::to_string(parameter.row->low) + " to " +
+                                std::to_string(parameter.row->high) + "\n";
+        reply->failed = true;
+        return true;
+    }
+    setParameter(instrument, parameter, value);
+    return true;
+}
+
+// The code of the rated secondary current is no parameter, but has a change counter.
+bool rated(Instrument *instrument, Arguments &arguments, Reply *) {
+    const bool one = arguments.among(1, "1", "5");
+    if (arguments.sound()) {
+        const Region region = instrument->shared.region;
+        store(region, region::ratedCurrent, one ? 1 : 0);
+        raise(region, region::armFlag, region::ArmRatedCurrent);
+    }
+    return arguments.sound();
+}
+
+bool hold(Instrument *instrument, Arguments &, Reply *) {
+    instrument->held = true;
+    return true;
+}
+
+bool resume(Instrument *instrument, Arguments &, Reply *) {
+    instrument->held = false;
+    return true;
+}
+
+bool state(Instrument *instrument, Arguments &arguments, Reply *reply) {
+    std::vector<std::string> prefixes;
+    for (std::size_t i = 1; i < arguments.size(); i++) {
+        prefixes.push_back(arguments.text(i));
+    }
+    reply->text = stateJson(*instrument, prefixes);
+    return true;
+}
+
+bool wait(Instrument *, Arguments &arguments, Reply *reply) {
+    reply->waitSeconds = arguments.number(1, 0, 1e6);
+    reply->after = After::Wait;
+    return arguments.sound();
+}
+
+bool quit(Instrument *, Arguments &, Reply *reply) {
+    reply->after = After::Quit;
+    return true;
+}
+
+constexpr CommandRow commands[] = {
+    {"wiring", "wye|delta", "wiring mode", wiring},
+    {"rated", "1|5", "rated secondary current in A", rated},
+    {"set", "PARAMETER VALUE", "a parameter by its short address, as SET.sys.RtgVolt 220", set},
+    {"hold", "", "stop all movement of the region", hold},
+    {"resume", "", "go on", resume},
+    {"state", "[PREFIX...]", "what the instrument holds, as JSON", state},
+    {"wait", "SECONDS", "wait before the next line", wait},
+    {"quit", "", "end", quit},
+};
+
+} // namespace
+
+std::span<const CommandRow> generalCommands() {
+    return commands;
+}
+
+} // namespace ied::instrument
