@@ -1,7 +1,10 @@
 // Commands on parameters and on the instrument as a whole.
 #include "ied-device/commandTable.h"
+#include "ied-device/parameterRules.h"
 #include "ied-device/parameters.h"
 #include "ied-device/state.h"
+
+#include <vector>
 
 namespace ied::instrument {
 
@@ -25,21 +28,39 @@ bool wiring(Instrument *instrument, Arguments &arguments, Reply *) {
     return arguments.sound();
 }
 
+// Whether a value would fit the other parameters; nothing is changed yet.
+bool wouldFit(Region region, const Parameter &parameter, f64 value) {
+    std::vector<u8> draft(region.base, region.base + region::paramAreaSize);
+    const Region area{draft.data()};
+    storeParameter(area, region::liveArea, parameter, value);
+    return fitsOthers(area, region::liveArea, parameter);
+}
+
+// What is wrong with a value for the parameter of that name, or nothing.
+std::string objection(Region region, const std::string &name, f64 value) {
+    const Parameter parameter = findParameter(name);
+    if (parameter.row == nullptr) {
+        return "no parameter " + name;
+    }
+    if (!parameterAllows(*parameter.row, value)) {
+        return name + " takes " + std::to_string(parameter.row->low) + " to " +
+               std::to_string(parameter.row->high);
+    }
+    return wouldFit(region, parameter, value) ? "" : name + " would not fit the other parameters";
+}
+
 bool set(Instrument *instrument, Arguments &arguments, Reply *reply) {
     const f64 value = arguments.number(2, -1e9, 1e9);
     if (!arguments.sound()) {
         return false;
     }
-    const Parameter parameter = findParameter(arguments.text(1));
-    if (parameter.row == nullptr || !parameterAllows(*parameter.row, value)) {
-        reply->text = parameter.row == nullptr
-                          ? "no parameter " + arguments.text(1) + "\n"
-                          : arguments.text(1) + " takes " + std::to_string(parameter.row->low) + " to " +
-                                std::to_string(parameter.row->high) + "\n";
+    const std::string wrong = objection(instrument->shared.region, arguments.text(1), value);
+    if (wrong.empty()) {
+        setParameter(instrument, findParameter(arguments.text(1)), value);
+    } else {
+        reply->text = wrong + "\n";
         reply->failed = true;
-        return true;
     }
-    setParameter(instrument, parameter, value);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "ied-device/parameters.h"
 
+#include "ied-device/parameterRules.h"
+
 #include <cmath>
 #include <set>
 
@@ -197,10 +199,11 @@ bool commitEdit(Region region) {
     const auto differs = [&](const Parameter &p) {
         return loadParameter(region, region::editArea, p) != loadParameter(region, region::liveArea, p);
     };
-    forEachParameter([&](const Parameter &p) {
-        allowed =
-            allowed && (!differs(p) || parameterAllows(*p.row, loadParameter(region, region::editArea, p)));
-    });
+    const auto isAllowed = [&](const Parameter &p) {
+        return parameterAllows(*p.row, loadParameter(region, region::editArea, p)) &&
+               fitsOthers(region, region::editArea, p);
+    };
+    forEachParameter([&](const Parameter &p) { allowed = allowed && (!differs(p) || isAllowed(p)); });
     if (!allowed) {
         return false;
     }

@@ -7,6 +7,7 @@
 #include "tests/support/instrumentRegion.h"
 
 #include <cmath>
+#include <cstdio>
 #include <vector>
 
 namespace ied::instrument {
@@ -466,20 +467,23 @@ TEST_F(InstrumentEvents, WrongCommandsChangeNothing) {
 }
 
 TEST_F(InstrumentEvents, EveryParameterComesWithItsCounterOrItsBlock) {
+    u32 changed = 0;
     forEachParameter([&](const Parameter &p) {
-        const u32 counter = paramArm(p);
+        const f64 value = loadParameter(area, 0, p);
+        const bool isReal = p.row->type == ParamF32;
+        const f64 other = isReal ? 12.5 : value != p.row->low ? p.row->low : p.row->low + 1;
+        if (!isReal && p.row->low == p.row->high) {
+            return; // has but one value
+        }
         std::vector<u32> before;
         for (u32 i = 0; i < 94; i++) {
             before.push_back(arm(i));
         }
-        const f64 value = loadParameter(area, 0, p);
-        const f64 other = value != p.row->low ? p.row->low : p.row->high;
-        if (p.row->low == p.row->high && p.row->type != ParamF32) {
-            return; // has but one value
-        }
-        line("set " + paramName(p) + " " +
-             (p.row->type == ParamF32 ? "12.5" : std::to_string(static_cast<i64>(other))));
-        EXPECT_EQ(loadParameter(area, 0, p), p.row->type == ParamF32 ? 12.5 : other) << paramName(p);
+        char text[32];
+        std::snprintf(text, sizeof text, " %g", other);
+        ASSERT_EQ(line("set " + paramName(p) + text), "ok\n") << paramName(p);
+        EXPECT_EQ(loadParameter(area, 0, p), other) << paramName(p);
+        const u32 counter = paramArm(p);
         for (u32 i = 0; i < 94; i++) {
             ASSERT_EQ(arm(i), before[i] + (i == counter && i != 0 ? 1 : 0)) << paramName(p) << " " << i;
         }
@@ -487,7 +491,49 @@ TEST_F(InstrumentEvents, EveryParameterComesWithItsCounterOrItsBlock) {
             const u32 place = paramOffset(p);
             EXPECT_TRUE(place >= 7932 && place < 7960) << paramName(p);
         }
+        changed++;
     });
+    EXPECT_EQ(changed, 958u - 8);
+}
+
+TEST_F(InstrumentEvents, AParameterHasToFitTheOthers) {
+    struct Case {
+        std::vector<const char *> before;
+        const char *name;
+        std::vector<u32> refused, taken;
+    };
+    const Case cases[] = {
+        {{}, "SET.sys.SettleTime", {2824, 2900, 5}, {2823, 0, 65535}},
+        {{"SET.wave2.MaxNumRcd 0", "SET.wave1.MaxNumRcd 100"}, "SET.wave2.MaxNumRcd", {29}, {28}},
+        {{"SET.wave1.SmpRat 5"}, "SET.wave1.PreCyc", {7}, {6}},
+        {{"SET.wave2.SmpRat 0"}, "SET.wave2.PreCyc", {193}, {192}},
+        {{"SET.sys.DipStrVar 40"}, "SET.sys.IntrStrVar", {40, 41}, {39}},
+        {{"SET.IO.DIMod1 2"}, "SET.IO.DIMod2", {2}, {3, 1}},
+        {{}, "SET.sys.TransTrg2", {7, 30}, {6, 31}},
+        {{"SET.sys.RtgVolt 230"}, "SET.sys.EngPlsFac", {2}, {1}},
+        {{"SET.sys.RtgVolt 100"}, "SET.sys.EngPlsFac", {}, {4}},
+        {{"SET.snap9.LogIntv 65600"}, "SET.snap9.OfsTm", {65}, {64}},
+        {{"SET.snap8.LogIntv 1"}, "SET.snap8.OfsTm", {}, {43200}},
+    };
+    for (const Case &c : cases) {
+        for (const char *text : c.before) {
+            EXPECT_EQ(line(std::string("set ") + text), "ok\n") << text;
+        }
+        const Parameter parameter = findParameter(c.name);
+        for (const bool taken : {false, true}) {
+            for (const u32 value : taken ? c.taken : c.refused) {
+                const std::string text = std::string("set ") + c.name + " " + std::to_string(value);
+                const f64 before = loadParameter(area, 0, parameter);
+                EXPECT_EQ(executeLine(unit.get(), text).failed, !taken) << text;
+                EXPECT_EQ(loadParameter(area, 0, parameter), taken ? value : before) << text;
+            }
+        }
+    }
+    editCopiesLive();
+    storeParameter(area, region::editArea, findParameter("SET.sys.IntrStrVar"), 45);
+    executeCommand(unit.get(), {1, 1, 99, 0, 27});
+    EXPECT_EQ(load(area, region::editRefused), 1u);
+    EXPECT_EQ(loadAt<u16>(area, 7328), 39);
 }
 
 } // namespace

@@ -1,0 +1,12 @@
+// Limits of parameters that depend on other parameters, or that are not a plain range.
+#pragma once
+
+#include "ied-device/parameters.h"
+
+namespace ied::instrument {
+
+// Whether a parameter, as it stands in the area that begins at `area` (region::liveArea or
+// region::editArea), fits the others there. A parameter without such a limit always does.
+bool fitsOthers(Region region, u32 area, const Parameter &parameter);
+
+} // namespace ied::instrument
