@@ -196,14 +196,9 @@ bool writeAttribute(RCB *rcb, const RcbWrite &write) {
     return rule->write(rcb, write);
 }
 
-// The counters of a block begin anew, so that a report under way is not counted.
-void restart(RCBStat *stat) {
-    stat->restarts++;
-}
-
 void enabledChanged(RCB *rcb, RCBStat *stat) {
     const bool enabled = rcb->RptEna != 0;
-    restart(stat);
+    stat->enables += enabled ? 1 : 0;
     if (isBuffered(rcb)) {
         if (enabled) {
             storeShared(rcb->SqNum, 0);
@@ -219,6 +214,7 @@ void enabledChanged(RCB *rcb, RCBStat *stat) {
         storeShared(rcb->SqNum8, 0);
         stat->writeCount = 0;
         stat->sendCount = 0;
+        stat->recounts++;
         stat->intgStart = tickGet();
     }
 }
@@ -271,7 +267,6 @@ void updateRCBStat(RCB *rcb, RCBStat *stat) {
     if (rcb->PurgeBuf == 1) {
         purgeEntries(rcb, stat);
         storeShared(rcb->PurgeBuf, 0);
-        restart(stat);
     }
     if (rcb->RptEna != stat->lastRptEna) {
         stat->lastRptEna = rcb->RptEna;

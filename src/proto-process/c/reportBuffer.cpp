@@ -222,6 +222,7 @@ void purgeEntries(RCB *rcb, RCBStat *stat) {
     stat->entrySeq = 0;
     stat->writeCount = 0;
     stat->sendCount = 0;
+    stat->recounts++;
     stat->resendPos = resendNone;
     const u8 none[entryIdOctets] = {};
     storeSharedText(reinterpret_cast<char *>(rcb->EntryID), none, entryIdOctets);

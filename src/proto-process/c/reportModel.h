@@ -29,7 +29,8 @@ struct RCBStat {
     u64 writeCount;  // entries closed so far; the open one is at entryAt(writeCount)
     u64 sendCount;   // next entry to send, in the same count
     u64 resendPos;   // position asked for by a write of EntryID, or resendNone
-    u32 restarts;    // times that the counts above or SqNum were set anew
+    u32 recounts;    // times that writeCount and sendCount began anew
+    u32 enables;     // times that the block was enabled, and SqNum began anew
     MemoryPool pool; // holds entries and everything under them
     RptEntry *entries;
     u8 *touched;  // scratch of fillTrgData, one a member

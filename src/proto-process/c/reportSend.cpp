@@ -22,8 +22,9 @@ u8 *rptBuf;
 struct ReportUnderWay {
     u8 slot;
     u32 association; // of the slot when the report was made
-    u32 restarts;    // of the block's counts
-    u32 length;      // octets encoded
+    u32 recounts;    // of the block
+    u32 enables;
+    u32 length; // octets encoded
 };
 
 // Encodes the block's next entry. False if there is none to send.
@@ -35,7 +36,8 @@ bool encodeNext(RCB *rcb, ReportUnderWay *report) {
     }
     report->slot = rcb->clientId;
     report->association = loadPublished(clientStat[rcb->clientId].association);
-    report->restarts = rcb->pStat->restarts;
+    report->recounts = rcb->pStat->recounts;
+    report->enables = rcb->pStat->enables;
     rptPackProc(&rptPdu, rcb, entry);
     report->length = encPacket(&rptPdu, rptBuf, externGlbCfg.sendBufSize);
     initPdu(&rptPdu, false);
@@ -49,16 +51,17 @@ bool encodeNext(RCB *rcb, ReportUnderWay *report) {
     return false;
 }
 
-// Counts a report that went out, unless the client set the block's counts anew meanwhile.
+// Counts a report that went out, where the client did not set the count anew meanwhile.
 void countSent(RCB *rcb, const ReportUnderWay &report) {
     const RcbLock lock(rcb);
-    if (rcb->pStat->restarts != report.restarts) {
-        return;
+    if (rcb->pStat->recounts == report.recounts) {
+        rcb->pStat->sendCount++;
+        rcb->bufOvfl = 0; // only this task sets it, so that the report told of it
     }
-    rcb->pStat->sendCount++;
-    rcb->bufOvfl = 0; // only this task sets it, so that the report told of it
-    countShared(rcb->SqNum8);
-    countShared(rcb->SqNum);
+    if (rcb->pStat->enables == report.enables) {
+        countShared(rcb->SqNum8);
+        countShared(rcb->SqNum);
+    }
 }
 
 } // namespace
