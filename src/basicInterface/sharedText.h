@@ -4,6 +4,9 @@
 
 #include "platform/shared.h"
 
+#include <cstdint>
+#include <cstring>
+
 namespace ied {
 
 // Octets before the NUL, at most `max`; 0 for null.
@@ -28,8 +31,19 @@ inline u32 copySharedText(u8 *out, const char *text, u32 max) {
     return length;
 }
 
+// Whether octets at that place are kept as one word: an identifier of 8 octets that is aligned is
+// never seen half old and half new.
+inline bool isSharedWord(const void *place, u32 length) {
+    return length == sizeof(u64) && reinterpret_cast<std::uintptr_t>(place) % alignof(u64) == 0;
+}
+
 // Copies `length` octets of a place that has that many, NUL or not.
 inline void copySharedOctets(u8 *out, const void *place, u32 length) {
+    if (isSharedWord(place, length)) {
+        const u64 word = loadShared(*static_cast<const u64 *>(place));
+        std::memcpy(out, &word, sizeof word);
+        return;
+    }
     const auto *octets = static_cast<const u8 *>(place);
     for (u32 i = 0; i < length; ++i) {
         out[i] = loadShared(octets[i]);
@@ -39,8 +53,14 @@ inline void copySharedOctets(u8 *out, const void *place, u32 length) {
 // Stores `length` octets and a NUL into a place that has room for one more.
 inline void storeSharedText(char *place, const void *octets, u32 length) {
     const auto *from = static_cast<const char *>(octets);
-    for (u32 i = 0; i < length; ++i) {
-        storeShared(place[i], from[i]);
+    if (isSharedWord(place, length)) {
+        u64 word = 0;
+        std::memcpy(&word, octets, sizeof word);
+        storeShared(*reinterpret_cast<u64 *>(place), word);
+    } else {
+        for (u32 i = 0; i < length; ++i) {
+            storeShared(place[i], from[i]);
+        }
     }
     storeShared(place[length], '\0');
 }

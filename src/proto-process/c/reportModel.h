@@ -54,7 +54,7 @@ struct RCB {
     u8 TrgOps;   // TrgOpsBit
     u8 GI;
     u8 PurgeBuf;
-    u8 EntryID[9]; // 8 octets and a NUL
+    alignas(8) u8 EntryID[9]; // 8 octets and a NUL; one word for those who read it
     TimeStamp TimeOfEntry;
     u8 bufOvfl; // 1 from an overflow until a report has told of it
     u8 buffered;
