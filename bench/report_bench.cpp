@@ -14,7 +14,10 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <cstdlib>
 #include <cstring>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <string>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -68,6 +71,24 @@ std::string modelText() {
 
 int ends[2]; // of the connection: the server's, and the one that a task empties
 
+// A TCP connection of this host, as a client's is.
+bool connectEnds() {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    auto *generic = reinterpret_cast<sockaddr *>(&address);
+    socklen_t length = sizeof address;
+    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    ends[1] = ::socket(AF_INET, SOCK_STREAM, 0);
+    if (::bind(listener, generic, length) != 0 || ::listen(listener, 1) != 0 ||
+        ::getsockname(listener, generic, &length) != 0 || ::connect(ends[1], generic, length) != 0) {
+        return false;
+    }
+    ends[0] = ::accept(listener, nullptr, nullptr);
+    const int on = 1;
+    return ends[0] >= 0 && ::setsockopt(ends[0], IPPROTO_TCP, TCP_NODELAY, &on, sizeof on) == 0;
+}
+
 bool setUp() {
     char path[] = "/tmp/iedBenchXXXXXX";
     const int fd = ::mkstemp(path);
@@ -86,7 +107,7 @@ bool setUp() {
     ::unlink(path);
     clientStatInit();
     clientSemInit();
-    if (!made || ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0) {
+    if (!made || !connectEnds()) {
         return false;
     }
     clientStat[0].status = CS_DATA;
@@ -99,8 +120,7 @@ bool setUp() {
     return true;
 }
 
-PacketBuf pdu;
-std::vector<u8> buffer;
+ReportMaker maker;
 
 // The block with the data set of that number. Everything stands from the first call on.
 RCB *block(i64 number) {
@@ -108,8 +128,7 @@ RCB *block(i64 number) {
         if (!setUp()) {
             std::abort();
         }
-        buffer.resize(externGlbCfg.sendBufSize);
-        initPdu(&pdu, true);
+        reportMakerInit(&maker);
         return true;
     }();
     return &aRCBObj[number];
@@ -154,19 +173,12 @@ RptEntry *fullEntry(const RCB *rcb) {
     return entry;
 }
 
-u32 encode(const RCB *rcb, const RptEntry *entry) {
-    rptPackProc(&pdu, rcb, entry);
-    const u32 length = encPacket(&pdu, buffer.data(), static_cast<u32>(buffer.size()));
-    initPdu(&pdu, false);
-    return length;
-}
-
 void buildAndEncode(benchmark::State &bench) {
     const RCB *rcb = block(bench.range(0));
     const RptEntry *entry = fullEntry(rcb);
     u32 length = 0;
     for (auto _ : bench) {
-        benchmark::DoNotOptimize(length = encode(rcb, entry));
+        benchmark::DoNotOptimize(length = encodeReport(&maker, rcb, entry));
     }
     bench.counters["octets"] = length;
 }
@@ -175,7 +187,7 @@ void buildAndSend(benchmark::State &bench) {
     const RCB *rcb = block(bench.range(0));
     const RptEntry *entry = fullEntry(rcb);
     for (auto _ : bench) {
-        if (!sendPacket(buffer.data(), encode(rcb, entry), 0)) {
+        if (!sendPacket(maker.buffer, encodeReport(&maker, rcb, entry), 0)) {
             bench.SkipWithError("not sent");
         }
     }
@@ -183,10 +195,10 @@ void buildAndSend(benchmark::State &bench) {
 
 void copyOfOctets(benchmark::State &bench) {
     const RCB *rcb = block(bench.range(0));
-    const u32 length = encode(rcb, fullEntry(rcb));
+    const u32 length = encodeReport(&maker, rcb, fullEntry(rcb));
     std::vector<u8> copy(length);
     for (auto _ : bench) {
-        std::memcpy(copy.data(), buffer.data() + buffer.size() - length - 1, length);
+        std::memcpy(copy.data(), maker.buffer + externGlbCfg.sendBufSize - length - 1, length);
         benchmark::DoNotOptimize(copy.data());
         benchmark::ClobberMemory();
     }
@@ -195,11 +207,11 @@ void copyOfOctets(benchmark::State &bench) {
 // The frames of the same report, each by one call.
 void bareSend(benchmark::State &bench) {
     const RCB *rcb = block(bench.range(0));
-    const u32 length = encode(rcb, fullEntry(rcb));
+    const u32 length = encodeReport(&maker, rcb, fullEntry(rcb));
     for (auto _ : bench) {
         for (u32 at = 0; at < length; at += externGlbCfg.maxTpduSize - 7) {
             const u32 frame = std::min(externGlbCfg.maxTpduSize, length - at);
-            if (::send(ends[0], buffer.data() + at, frame, 0) != static_cast<long>(frame)) {
+            if (::send(ends[0], maker.buffer + at, frame, 0) != static_cast<long>(frame)) {
                 bench.SkipWithError("not sent");
             }
         }

@@ -30,4 +30,25 @@ template <class T> T *MallocArray(std::size_t count) {
     return static_cast<T *>(Malloc(sizeof(T) * count));
 }
 
+// A block that everything is taken from which a task makes for one short purpose, such as a report: a
+// Malloc is then a step of a pointer, and all of it is given back at once.
+struct Arena {
+    u8 *base; // zeroed from `used` on
+    std::size_t size;
+    std::size_t used;
+    bool full; // something did not fit and came from the heap
+};
+void arenaInit(Arena *arena, std::size_t size);
+
+// While it lives, Malloc of this task takes from the arena as long as that has room, and Free of what
+// came from it does nothing. Nothing made meanwhile may outlive it but what came from the heap. Not to
+// be nested.
+class ArenaScope {
+  public:
+    explicit ArenaScope(Arena *arena);
+    ~ArenaScope();
+    ArenaScope(const ArenaScope &) = delete;
+    ArenaScope &operator=(const ArenaScope &) = delete;
+};
+
 } // namespace ied

@@ -2,10 +2,12 @@
 #include "basicInterface/memory.h"
 #include "basicInterface/memoryPool.h"
 
+#include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <new>
 #include <sys/resource.h>
+#include <thread>
 
 namespace ied {
 namespace {
@@ -92,6 +94,43 @@ TEST(Pool, AlignedAllocationsAdvanceByWordsAndTheLastMayPassTheEnd) {
     EXPECT_EQ(pool.used, pool.size + 3);
     EXPECT_THROW(allocInMp(1, &pool), PoolFull);
     mpFree(&pool);
+}
+
+TEST(Arenas, HoldWhatATaskMakesUntilTheScopeEnds) {
+    Arena arena;
+    arenaInit(&arena, 256);
+    const auto isInside = [&arena](const void *block) {
+        return block >= arena.base && block < arena.base + arena.size;
+    };
+    for (int round = 0; round < 2; round++) {
+        void *tooLarge = nullptr;
+        {
+            const ArenaScope scope(&arena);
+            auto *first = static_cast<u8 *>(Malloc(10));
+            auto *second = static_cast<u8 *>(Malloc(1));
+            EXPECT_TRUE(isInside(first) && isInside(second));
+            EXPECT_EQ(second - first, 16) << "aligned for anything";
+            EXPECT_TRUE(std::all_of(first, first + 32, [](u8 octet) { return octet == 0; })) << round;
+            std::fill_n(first, 32, u8{0xFF});
+            Free(first);
+            EXPECT_EQ(first[0], 0xFF) << "still there";
+            EXPECT_FALSE(arena.full);
+            tooLarge = Malloc(1000);
+            EXPECT_FALSE(isInside(tooLarge));
+            EXPECT_TRUE(arena.full);
+            std::thread([&] { // another task has nothing to do with it
+                void *block = Malloc(8);
+                EXPECT_FALSE(isInside(block));
+                Free(block);
+            })
+                .join();
+        }
+        Free(tooLarge);
+        void *afterwards = Malloc(8);
+        EXPECT_FALSE(isInside(afterwards));
+        Free(afterwards);
+    }
+    Free(arena.base);
 }
 
 } // namespace

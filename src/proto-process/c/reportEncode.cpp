@@ -157,4 +157,26 @@ bool rptPackProc(PacketBuf *pdu, const RCB *rcb, const RptEntry *entry) {
     return true;
 }
 
+void reportMakerInit(ReportMaker *maker) {
+    // Octets of a tree for each octet of its encoding, generously; a larger one is finished on the heap.
+    constexpr std::size_t treeOctets = 16;
+    initPdu(&maker->pdu, true);
+    arenaInit(&maker->arena, treeOctets * externGlbCfg.sendBufSize);
+    maker->buffer = MallocArray<u8>(externGlbCfg.sendBufSize);
+}
+
+void reportMakerFree(ReportMaker *maker) {
+    Free(maker->arena.base);
+    Free(maker->buffer);
+    *maker = {};
+}
+
+u32 encodeReport(ReportMaker *maker, const RCB *rcb, const RptEntry *entry) {
+    const ArenaScope scope(&maker->arena);
+    rptPackProc(&maker->pdu, rcb, entry);
+    const u32 length = encPacket(&maker->pdu, maker->buffer, externGlbCfg.sendBufSize);
+    initPdu(&maker->pdu, !maker->arena.full); // a tree that lies in the arena alone needs no walk
+    return length;
+}
+
 } // namespace ied

@@ -2,6 +2,7 @@
 // InformationReport (ISO 9506-2, IEC 61850-8-1 17.2) with the layers around it.
 #pragma once
 
+#include "basicInterface/memory.h"
 #include "proto-process/c/packet.h"
 #include "proto-process/c/reportModel.h"
 
@@ -20,6 +21,18 @@ void fill_list_sucess(AsnList *list, u8 type, const void *address);
 void fill_include_bits(AsnList *list, u32 memberNum, const u8 *included);
 void fill_ds_ref(AsnList *list, const DataSet *dataSet, const u8 *included);
 void fill_ds_data(AsnList *list, const DataSet *dataSet, const Data *data, const u8 *included);
+
+// What a task makes reports with.
+struct ReportMaker {
+    PacketBuf pdu;
+    Arena arena; // of the pdu's tree
+    u8 *buffer;  // sendBufSize octets, where the report is encoded as sendPacket takes it
+};
+void reportMakerInit(ReportMaker *maker);
+void reportMakerFree(ReportMaker *maker);
+// Octets of the report encoded into maker->buffer; 0 when it is larger than that. The lock of the
+// block is held.
+u32 encodeReport(ReportMaker *maker, const RCB *rcb, const RptEntry *entry);
 
 // Names each block, once at start, whose report with every member and option can grow larger than a
 // packet.

@@ -1,6 +1,5 @@
 // The sending side of report control: from a block's ring to the client that owns it.
 #include "DebugInfo/DebugInfo.h"
-#include "basicInterface/memory.h"
 #include "device/addressBinding.h"
 #include "device/externGlbCfg.h"
 #include "platform/shared.h"
@@ -14,9 +13,7 @@ namespace ied {
 
 namespace {
 
-// The report task's own packet and encode buffer, made at its first round.
-PacketBuf rptPdu;
-u8 *rptBuf;
+ReportMaker maker; // the report task's, from its first round on
 
 // A report on its way: what must still hold when it is counted.
 struct ReportUnderWay {
@@ -38,9 +35,7 @@ bool encodeNext(RCB *rcb, ReportUnderWay *report) {
     report->association = loadPublished(clientStat[rcb->clientId].association);
     report->recounts = rcb->pStat->recounts;
     report->enables = rcb->pStat->enables;
-    rptPackProc(&rptPdu, rcb, entry);
-    report->length = encPacket(&rptPdu, rptBuf, externGlbCfg.sendBufSize);
-    initPdu(&rptPdu, false);
+    report->length = encodeReport(&maker, rcb, entry);
     if (report->length != 0) {
         return true;
     }
@@ -88,41 +83,38 @@ bool getSendData(RCB *rcb, RptEntry **entryOut) {
 }
 
 void sendRpt() {
-    if (rptBuf == nullptr) {
-        initPdu(&rptPdu, true);
-        rptBuf = MallocArray<u8>(externGlbCfg.sendBufSize);
+    if (maker.buffer == nullptr) {
+        reportMakerInit(&maker);
     }
     for (u32 i = 0; i < gCBNum.rcbNum && aRCBObj != nullptr; i++) {
         RCB *rcb = &aRCBObj[i];
         ReportUnderWay report{};
-        if (encodeNext(rcb, &report) && sendPacket(rptBuf, report.length, report.slot, report.association)) {
+        if (encodeNext(rcb, &report) &&
+            sendPacket(maker.buffer, report.length, report.slot, report.association)) {
             countSent(rcb, report);
         }
     }
 }
 
 void nameOversizedBlocks() {
-    PacketBuf pdu{};
-    initPdu(&pdu, true);
-    u8 *buffer = MallocArray<u8>(externGlbCfg.sendBufSize);
+    ReportMaker trial{};
+    reportMakerInit(&trial);
     for (u32 i = 0; i < gCBNum.rcbNum; i++) {
         // The parts of an entry that was never filled have their full length.
         RCB widest = aRCBObj[i];
         widest.OptFlds = optFldsMask(&widest);
         RptEntry *entry = entryAt(widest.pStat, 0);
         std::memset(entry->included, 1, widest.pDataSet->memberNum);
-        rptPackProc(&pdu, &widest, entry);
-        if (encPacket(&pdu, buffer, externGlbCfg.sendBufSize) == 0) {
+        if (encodeReport(&trial, &widest, entry) == 0) {
             dbInfo(
                 DbRPT, DbERR, "rptModelInit",
                 "Reports of \"%s\" can exceed sendBufSize %u and would be dropped: raise it or shorten the "
                 "data set!",
                 widest.rcbRef, externGlbCfg.sendBufSize);
         }
-        initPdu(&pdu, false);
         std::memset(entry->included, 0, widest.pDataSet->memberNum);
     }
-    Free(buffer);
+    reportMakerFree(&trial);
 }
 
 } // namespace ied
