@@ -33,6 +33,10 @@ int runCommand(Session &session) {
         return listDataSets(session);
     case Command::dataset:
         return showDataSet(session);
+    case Command::reports:
+        return listReportBlocks(session);
+    case Command::report:
+        return showReports(session);
     }
     return statusUsage;
 }
@@ -72,6 +76,7 @@ bool stopRequested() {
 void watchSignals() {
     struct sigaction action {};
     action.sa_handler = stop;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
 }

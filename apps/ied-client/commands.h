@@ -24,6 +24,8 @@ int readValues(Session &session);
 int writeValue(Session &session);
 int listDataSets(Session &session);
 int showDataSet(Session &session);
+int listReportBlocks(Session &session);
+int showReports(Session &session);
 
 // Says the connection's failure, with what it is about in front if given; returns its status.
 int fail(const Session &session, const std::string &about = "");
@@ -40,7 +42,8 @@ void print(const std::string &text);
 // A reference from the command line, or nothing after a message.
 std::optional<Reference> referenceArgument(const std::string &text);
 
-// Set by SIGINT and SIGTERM: --watch ends after its round.
+// Set by SIGINT and SIGTERM: --watch ends after its round, `report` disables its blocks. A second
+// signal ends the process at once.
 bool stopRequested();
 void watchSignals();
 

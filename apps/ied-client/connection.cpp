@@ -1,7 +1,5 @@
 #include "ied-client/connection.h"
 
-#include "ied-client/socket.h"
-
 #include <unistd.h>
 
 namespace ied::client {
@@ -42,27 +40,43 @@ bool handleUnconfirmed(Connection &connection, const Received &received) {
     return true;
 }
 
-// Next message of the server but for unconfirmed PDUs, which may come at any time; one that ends
-// or breaks the association is a failure.
+// False, and the connection lost, at a message that ends or breaks the association.
+bool isIntact(Connection &connection, const Received &received) {
+    switch (received.message) {
+    case Message::aborted:
+        return lose(connection, "the server aborted the association");
+    case Message::refused:
+        return lose(connection, "the server refused the association: " + received.reason);
+    case Message::malformed:
+        return lose(connection, "the server sent a malformed message: " + received.reason);
+    default:
+        return true;
+    }
+}
+
+// Next whole message that has arrived, but for unconfirmed PDUs, which may come at any time: these
+// are handed on, and `handed` says that there was one. Nothing while octets are missing, or when the
+// connection is lost.
+std::optional<Received> takeMessage(Connection &connection, bool &handed) {
+    while (std::optional<Received> received = nextMessage(connection.assembler)) {
+        if (!isIntact(connection, *received)) {
+            return std::nullopt;
+        }
+        if (!handleUnconfirmed(connection, *received)) {
+            return received;
+        }
+        handed = true;
+    }
+    return std::nullopt;
+}
+
+// Next message of the server but for unconfirmed PDUs.
 std::optional<Received> receive(Connection &connection, Clock::time_point deadline) {
     for (;;) {
-        if (std::optional<Received> received = nextMessage(connection.assembler)) {
-            switch (received->message) {
-            case Message::aborted:
-                lose(connection, "the server aborted the association");
-                return std::nullopt;
-            case Message::refused:
-                lose(connection, "the server refused the association: " + received->reason);
-                return std::nullopt;
-            case Message::malformed:
-                lose(connection, "the server sent a malformed message: " + received->reason);
-                return std::nullopt;
-            default:
-                if (handleUnconfirmed(connection, *received)) {
-                    continue;
-                }
-                return received;
-            }
+        bool handed = false;
+        std::optional<Received> received = takeMessage(connection, handed);
+        if (received || connection.socket < 0) {
+            return received;
         }
         std::string why;
         if (!receiveSome(connection.socket, connection.assembler.stream, deadline, why)) {
@@ -98,7 +112,7 @@ bool connect(Connection &connection, const std::string &host, u16 port) {
         return lose(connection, "cannot connect to " + host + " port " + std::to_string(port) + ": " + why);
     }
     if (!exchange(connection, connectionRequest(), Message::connectionConfirm)) {
-        if (connection.failure.text == "no answer: timed out") {
+        if (connection.failure.text == std::string("no answer: ") + timedOut) {
             connection.failure.text += " (all places for clients may be taken)";
         }
         return false;
@@ -143,6 +157,24 @@ std::optional<Element> request(Connection &connection, View service) {
         return std::nullopt;
     }
     return std::nullopt;
+}
+
+bool listen(Connection &connection, Clock::time_point deadline) {
+    for (bool handed = false; connection.socket >= 0;) {
+        while (const std::optional<Received> received = takeMessage(connection, handed)) {
+            if (received->message != Message::data) {
+                return lose(connection, "the server ended the association");
+            } // else the late answer to a request that was given up
+        }
+        if (handed || connection.socket < 0) {
+            break;
+        }
+        std::string why;
+        if (!receiveSome(connection.socket, connection.assembler.stream, deadline, why)) {
+            return why == timedOut || lose(connection, "connection lost: " + why);
+        }
+    }
+    return connection.socket >= 0;
 }
 
 void release(Connection &connection) {

@@ -4,6 +4,7 @@
 
 #include "ied-client/frames.h"
 #include "ied-client/mms.h"
+#include "ied-client/socket.h"
 
 #include <chrono>
 #include <functional>
@@ -46,6 +47,10 @@ bool connect(Connection &connection, const std::string &host, u16 port);
 // Send one confirmed request and wait for its answer: the service's element, valid until the next
 // request. Nothing when the server refused (status 1) or the connection is lost or silent (3).
 std::optional<Element> request(Connection &connection, View service);
+
+// Hands on the unconfirmed PDUs that have arrived; if there is none yet, waits for one until the
+// deadline. False when the connection is lost (3); at the deadline it is not.
+bool listen(Connection &connection, Clock::time_point deadline);
 
 // Conclude and release in order, as far as the server plays along, and close.
 void release(Connection &connection);

@@ -40,21 +40,8 @@ std::string membersJson(const std::string &name, const VariableList &list) {
     return text + "]}\n";
 }
 
-// The members as variables with their types.
-std::optional<std::vector<Variable>> memberVariables(Session &session, const VariableList &list) {
-    std::vector<Variable> variables;
-    for (const VariableName &member : list.members) {
-        const auto found = resolve(session.model, fromItem(member.domain, member.item));
-        if (!found) {
-            return std::nullopt;
-        }
-        variables.insert(variables.end(), found->begin(), found->end());
-    }
-    return variables;
-}
-
 int showValues(Session &session, const VariableList &list) {
-    const std::optional<std::vector<Variable>> variables = memberVariables(session, list);
+    const std::optional<std::vector<Variable>> variables = memberVariables(session.model, list);
     const std::optional<Reading> reading =
         variables ? prepareReading(session.model, *variables) : std::nullopt;
     const std::optional<std::vector<Row>> rows = reading ? readRows(session.model, *reading) : std::nullopt;
@@ -97,10 +84,9 @@ int showDataSet(Session &session) {
     if (!splitList(argument, device, item)) {
         return fail(statusUsage, "'" + argument + "' is no data set: write LD/LN.NAME");
     }
-    const std::optional<Element> answer = request(session.model.connection, getListRequest(device, item));
-    const std::optional<VariableList> list = answer ? getListResponse(*answer) : std::nullopt;
+    const std::optional<VariableList> list = dataSet(session.model, device, item);
     if (!list) {
-        return answer ? failMalformed() : fail(session, argument);
+        return fail(session, argument);
     }
     if (session.options.values) {
         return showValues(session, *list);

@@ -20,6 +20,9 @@ std::string valueText(const Value &value);
 // Shortest decimal text that reads back as the same number.
 std::string numberText(f64 value, bool single);
 
+// Octets as pairs of hexadecimal digits.
+std::string hexDigits(const std::string &octets);
+
 // Text with control characters and broken UTF-8 made visible.
 std::string printable(const std::string &text);
 
@@ -44,6 +47,9 @@ std::vector<f64> magnitudes(const Value &array);
 
 // Rows of one round as one JSON document in one line. `seconds` is the time of the round.
 std::string rowsJson(const std::vector<Row> &rows, f64 seconds);
+
+// One row as a JSON object.
+std::string rowJson(const Row &row);
 
 // JSON string with its quotes; a value as JSON, structures as objects by the type's names.
 std::string jsonString(const std::string &text);

@@ -5,11 +5,15 @@
 
 namespace ied::client {
 
-namespace {
-
-// The value, and what belongs to it, of one row.
 std::string rowJson(const Row &row) {
     std::string text = "{\"reference\":" + jsonString(personal(row.reference));
+    if (!row.reason.empty()) {
+        text += ",\"reason\":[";
+        for (const std::string &reason : split(row.reason, ',')) {
+            text += (text.back() == '[' ? "" : ",") + jsonString(reason);
+        }
+        text += "]";
+    }
     if (!row.value) {
         return text + ",\"error\":" + jsonString(row.error) + "}";
     }
@@ -28,6 +32,8 @@ std::string rowJson(const Row &row) {
     }
     return text + "}";
 }
+
+namespace {
 
 std::string itemsJson(const Value &value, const Type *type) {
     const bool named = value.kind == Kind::structure && type && type->parts.size() == value.items.size();

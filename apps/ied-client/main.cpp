@@ -32,7 +32,7 @@ int main(int argc, char **argv) {
     Connection connection;
     connection.timeout = std::chrono::milliseconds(static_cast<long>(options->timeout * 1000));
     Session session{*options, outputStyle(*options), Model{connection, {}, {}, {}}};
-    if (options->watch) {
+    if (options->watch || options->command == Command::report) {
         watchSignals();
     }
     if (!connect(connection, options->host, options->port)) {

@@ -86,6 +86,9 @@ struct AccessResult {
     std::optional<Value> value;
     i64 error = 0; // DataAccessError when there is no value
 };
+// The elements of a listOfAccessResult; nothing if one is malformed.
+std::optional<std::vector<AccessResult>> accessResults(View content);
+
 struct VariableList {
     bool deletable = false;
     std::vector<VariableName> members;

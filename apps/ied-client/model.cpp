@@ -197,4 +197,25 @@ std::optional<std::vector<Variable>> resolve(Model &model, const Reference &refe
     return values.empty() ? others : values;
 }
 
+std::optional<VariableList> dataSet(Model &model, const std::string &device, const std::string &item) {
+    const std::optional<Element> answer = request(model.connection, getListRequest(device, item));
+    std::optional<VariableList> list = answer ? getListResponse(*answer) : std::nullopt;
+    if (answer && !list) {
+        model.connection.failure = {statusNoConnection, "the server sent a malformed answer"};
+    }
+    return list;
+}
+
+std::optional<std::vector<Variable>> memberVariables(Model &model, const VariableList &list) {
+    std::vector<Variable> variables;
+    for (const VariableName &member : list.members) {
+        const auto found = resolve(model, fromItem(member.domain, member.item));
+        if (!found) {
+            return std::nullopt;
+        }
+        variables.push_back(found->front());
+    }
+    return variables;
+}
+
 } // namespace ied::client

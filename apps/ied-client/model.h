@@ -40,6 +40,10 @@ struct Variable {
 // device stands for all its nodes.
 std::optional<std::vector<Variable>> resolve(Model &model, const Reference &reference);
 
+// A data set by its MMS name, and its members as variables, one for each.
+std::optional<VariableList> dataSet(Model &model, const std::string &device, const std::string &item);
+std::optional<std::vector<Variable>> memberVariables(Model &model, const VariableList &list);
+
 // Type below a logical node, or null; an index selects the element, a range the array itself.
 const Type *typeAt(const Type &node, const std::string &fc, const std::vector<Step> &path);
 

@@ -1,5 +1,7 @@
 #include "ied-client/options.h"
 
+#include "ied-client/reportBits.h"
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
@@ -22,11 +24,55 @@ constexpr CommandRow commands[] = {
     {Command::write, "write", "write VALUE to the attribute REF"},
     {Command::datasets, "datasets", "names of the data sets"},
     {Command::dataset, "dataset", "members of the data set REF"},
+    {Command::reports, "reports", "report control blocks with their state"},
+    {Command::report, "report", "take report control blocks and show their reports as they come"},
 };
 
 constexpr const char *footer =
     "References are LD/LN.DO.DA[FC] or LD/LN$FC$DO$DA; array elements are NAME[3], ranges NAME[2..10].\n"
     "Exit status: 0 good, 1 refused by the server or no such thing, 2 wrong usage, 3 no connection.";
+
+// An option that takes bits by name.
+void addBits(CLI::App &sub, const std::string &name, std::string &bits, std::span<const BitName> names,
+             const std::string &help) {
+    sub.add_option_function<std::string>(
+        name,
+        [&bits, names, name](const std::string &text) {
+            std::string why;
+            const std::optional<std::string> parsed = parseBitNames(text, names, why);
+            if (!parsed) {
+                throw CLI::ValidationError(name, why);
+            }
+            bits = *parsed;
+        },
+        help);
+}
+
+void addReportArguments(CLI::App &sub, Options &options) {
+    sub.add_option("REF", options.arguments, "control blocks: LD/LN.NAME or LD/LN$BR$NAME")->required();
+    addBits(sub, "--trgops", options.trgOps, trgOpsNames, "triggers: dchg,qchg,dupd,period,gi or 6 digits");
+    addBits(sub, "--optflds", options.optFlds, optFldsNames,
+            "optional fields: seqNum,timeStamp,reasonCode,dataSet,dataRef,bufOvfl,entryID,configRef,"
+            "segmentation or 10 digits");
+    sub.add_option("--buftm", options.bufTm, "milliseconds that changes are gathered");
+    sub.add_option("--intgpd", options.intgPd, "milliseconds between integrity reports; 0: none");
+    sub.add_flag("--gi", options.gi, "ask for a general interrogation");
+    CLI::Option *purge = sub.add_flag("--purge", options.purge, "buffered: drop what the buffer holds first");
+    sub.add_option_function<std::string>(
+           "--resume",
+           [&options](const std::string &text) {
+               std::string why;
+               options.resume = parseEntryPoint(text, why);
+               if (!options.resume) {
+                   throw CLI::ValidationError("--resume", why);
+               }
+           },
+           "buffered: go on behind ENTRYID@TIME, as the end of `report` prints it; ENTRYID alone is taken "
+           "as it is, 0000000000000000 is the oldest entry")
+        ->excludes(purge);
+    sub.add_option("--count", options.count, "end after so many reports in all");
+    sub.add_option("--for", options.span, "end after so many seconds")->check(CLI::Range(0.001, 1e9));
+}
 
 void addArguments(CLI::App &sub, Command command, Options &options, std::string &first, std::string &second) {
     switch (command) {
@@ -59,6 +105,12 @@ void addArguments(CLI::App &sub, Command command, Options &options, std::string 
     case Command::dataset:
         sub.add_option("REF", first, "LD/LN.NAME")->required();
         sub.add_flag("--values", options.values, "with the values of the members");
+        break;
+    case Command::reports:
+        sub.add_option("REF", options.arguments, "only those of a device or node, or one block");
+        break;
+    case Command::report:
+        addReportArguments(sub, options);
         break;
     default:
         break;
@@ -153,7 +205,7 @@ std::optional<Options> parseOptions(int argc, char **argv, int &status) {
         }
         return std::nullopt;
     }
-    if (options.command != Command::read && !first.empty()) {
+    if (!first.empty()) {
         options.arguments.push_back(first);
     }
     if (options.command == Command::write) {

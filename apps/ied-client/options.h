@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ied-client/connection.h"
+#include "ied-client/report.h"
 
 #include <optional>
 #include <string>
@@ -17,7 +18,9 @@ enum class Command {
     read,
     write,
     datasets,
-    dataset
+    dataset,
+    reports,
+    report
 };
 
 struct Options {
@@ -33,6 +36,16 @@ struct Options {
     u32 rounds = 0;         // --watch ends after so many; 0: never
     int depth = maxNesting; // levels that tree shows below its start
     f64 timeout = 10;       // seconds for each answer
+    // report: attributes to write before enabling; empty: left as they are
+    std::string trgOps;  // bits
+    std::string optFlds; // bits
+    std::optional<u32> bufTm;
+    std::optional<u32> intgPd;
+    bool gi = false;
+    bool purge = false;
+    std::optional<EntryPoint> resume;
+    u32 count = 0; // report: ends after so many; 0: never
+    f64 span = 0;  // report: seconds until it ends; 0: never
 };
 
 // Options, or the status to leave with: 0 after --help or --version, 2 for what cannot be.

@@ -134,4 +134,15 @@ std::string isoTime(f64 seconds) {
     return formatTime(seconds, false, "%Y-%m-%dT%H:%M:%S", "Z");
 }
 
+std::optional<i64> parseIsoTime(const std::string &text) {
+    std::tm parts{};
+    const char *rest = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%S", &parts);
+    int millis = 0;
+    int length = 0;
+    if (!rest || std::sscanf(rest, ".%3dZ%n", &millis, &length) != 1 || length != 5 || rest[length] != '\0') {
+        return std::nullopt;
+    }
+    return static_cast<i64>(timegm(&parts)) * 1000 + millis;
+}
+
 } // namespace ied::client

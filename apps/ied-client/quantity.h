@@ -24,5 +24,7 @@ std::optional<f64> secondsOf(const Value &time);
 // "2026-11-24 22:36:00.123" in local time; ISO 8601 in UTC with "Z" for machines.
 std::string localTime(f64 seconds);
 std::string isoTime(f64 seconds);
+// Milliseconds since 1970 of what isoTime writes; nothing for another text.
+std::optional<i64> parseIsoTime(const std::string &text);
 
 } // namespace ied::client

@@ -141,7 +141,7 @@ struct Companions {
 void addRows(const Reference &reference, const Type &type, const Value &value, Companions beside,
              const Reading &reading, std::vector<Row> &rows) {
     if (type.kind != Kind::structure || value.kind != Kind::structure) {
-        Row row{reference, &type, value, "", "", 1, beside.quality, beside.time};
+        Row row{reference, &type, value, "", "", 1, beside.quality, beside.time, ""};
         setUnit(row, reading);
         rows.push_back(std::move(row));
         return;
@@ -161,6 +161,10 @@ void addRows(const Reference &reference, const Type &type, const Value &value, C
             addRows(below(reference, type.names[i]), type.parts[i], value.items[i], beside, reading, rows);
         }
     }
+}
+
+Row errorRow(const Variable &variable, const AccessResult &result) {
+    return {variable.reference, variable.type, {}, dataAccessError(result.error), "", 1, {}, {}, ""};
 }
 
 } // namespace
@@ -207,8 +211,7 @@ std::optional<std::vector<Row>> readRows(Model &model, const Reading &reading) {
     for (const Variable &variable : reading.wanted) {
         const AccessResult &result = results->at(variableKey(variable.reference));
         if (!result.value) {
-            rows.push_back(
-                {variable.reference, variable.type, {}, dataAccessError(result.error), "", 1, {}, {}});
+            rows.push_back(errorRow(variable, result));
             continue;
         }
         Companions beside;
@@ -221,6 +224,15 @@ std::optional<std::vector<Row>> readRows(Model &model, const Reading &reading) {
         }
         addRows(variable.reference, *variable.type, *result.value, beside, reading, rows);
     }
+    return rows;
+}
+
+std::vector<Row> valueRows(const Variable &variable, const AccessResult &result, const Reading &reading) {
+    if (!result.value) {
+        return {errorRow(variable, result)};
+    }
+    std::vector<Row> rows;
+    addRows(variable.reference, *variable.type, *result.value, {}, reading, rows);
     return rows;
 }
 

@@ -19,6 +19,7 @@ struct Row {
     f64 scale = 1;     // pulsQty of a counter: the quantity is value x scale
     std::optional<Value> quality;
     std::optional<Value> time;
+    std::string reason; // names, between commas, of why a report includes it; empty: not told
 };
 
 // What is read in each round, and the units that were read once.
@@ -38,6 +39,9 @@ std::optional<Reading> prepareReading(Model &model, const std::vector<Variable> 
 
 // One round. A variable that the server refuses gives one row with the error.
 std::optional<std::vector<Row>> readRows(Model &model, const Reading &reading);
+
+// Rows of a variable that came by itself, with the units of a reading that was prepared for it.
+std::vector<Row> valueRows(const Variable &variable, const AccessResult &result, const Reading &reading);
 
 // Reads variables in as few requests as the PDU size allows; results by key. A range that the server
 // refuses is cut out of the whole array.

@@ -105,10 +105,8 @@ std::optional<Type> getTypeResponse(const Element &service) {
     return service.tag == 0xA6 && !reader.failed && !typeReader.failed ? decodeType(element) : std::nullopt;
 }
 
-std::optional<std::vector<AccessResult>> readResponse(const Element &service) {
-    Reader reader{service.content};
-    take(reader, 0xA0); // variableAccessSpecification
-    Reader list{expect(reader, 0xA1)};
+std::optional<std::vector<AccessResult>> accessResults(View content) {
+    Reader list{content};
     std::vector<AccessResult> results;
     while (more(list)) {
         AccessResult result;
@@ -122,7 +120,14 @@ std::optional<std::vector<AccessResult>> readResponse(const Element &service) {
         }
         results.push_back(std::move(result));
     }
-    return service.tag == 0xA4 && !reader.failed && !list.failed ? std::optional(results) : std::nullopt;
+    return list.failed ? std::nullopt : std::optional(std::move(results));
+}
+
+std::optional<std::vector<AccessResult>> readResponse(const Element &service) {
+    Reader reader{service.content};
+    take(reader, 0xA0); // variableAccessSpecification
+    const View list = expect(reader, 0xA1);
+    return service.tag == 0xA4 && !reader.failed ? accessResults(list) : std::nullopt;
 }
 
 std::optional<i64> writeResponse(const Element &service) {

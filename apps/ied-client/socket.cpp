@@ -27,10 +27,23 @@ bool waitFor(int descriptor, short events, Clock::time_point deadline, std::stri
             return false;
         }
         if (ready == 0) {
-            why = "timed out";
+            why = timedOut;
             return false;
         }
     }
+}
+
+// Keep-alives tell within half a minute that a silent server's host has gone, however long a client
+// waits for the next report.
+void keepAlive(int descriptor) {
+    constexpr int on = 1;
+    constexpr int idle = 15;
+    constexpr int interval = 5;
+    constexpr int probes = 3;
+    setsockopt(descriptor, SOL_SOCKET, SO_KEEPALIVE, &on, sizeof on);
+    setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPIDLE, &idle, sizeof idle);
+    setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPINTVL, &interval, sizeof interval);
+    setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPCNT, &probes, sizeof probes);
 }
 
 // Connects to one of the addresses of the host.
@@ -55,6 +68,7 @@ int openAddress(const addrinfo &address, Clock::time_point deadline, std::string
     }
     const int on = 1;
     setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    keepAlive(descriptor);
     return descriptor;
 }
 

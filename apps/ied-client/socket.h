@@ -10,6 +10,9 @@ namespace ied::client {
 
 using Clock = std::chrono::steady_clock;
 
+// What `why` says when a deadline has passed.
+inline constexpr const char *timedOut = "timed out";
+
 // Connected non-blocking descriptor, or -1 with the reason in `why`.
 int openStream(const std::string &host, u16 port, Clock::time_point deadline, std::string &why);
 

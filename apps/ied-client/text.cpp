@@ -14,16 +14,6 @@ constexpr const char *red = "\033[31m";
 constexpr const char *yellow = "\033[33m";
 constexpr const char *plain = "\033[0m";
 
-std::string hex(const std::string &octets) {
-    std::string text;
-    char digits[3];
-    for (char octet : octets) {
-        std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>(static_cast<u8>(octet)));
-        text += digits;
-    }
-    return text;
-}
-
 // Length of the valid UTF-8 sequence at `at`, or 0.
 std::size_t sequenceLength(const std::string &text, std::size_t at) {
     const u8 lead = static_cast<u8>(text[at]);
@@ -93,7 +83,7 @@ std::vector<std::string> cells(const std::string &reference, const Row &row, con
     if (!row.value && style.colour) {
         value = red + value + plain;
     }
-    return {reference, value, qualityCell(row, style), time ? localTime(*time) : ""};
+    return {reference, value, qualityCell(row, style), time ? localTime(*time) : "", row.reason};
 }
 
 u32 firstIndex(const Row &row) {
@@ -117,6 +107,16 @@ void addElements(const Row &row, const Style &style, std::vector<std::vector<std
 
 } // namespace
 
+std::string hexDigits(const std::string &octets) {
+    std::string text;
+    char digits[3];
+    for (char octet : octets) {
+        std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>(static_cast<u8>(octet)));
+        text += digits;
+    }
+    return text;
+}
+
 std::string numberText(f64 value, bool single) {
     if (!std::isfinite(value)) {
         return std::isnan(value) ? "not a number" : value < 0 ? "-infinity" : "infinity";
@@ -135,7 +135,7 @@ std::string printable(const std::string &text) {
         const u8 octet = static_cast<u8>(text[at]);
         const bool c1 = length == 2 && octet == 0xC2 && static_cast<u8>(text[at + 1]) < 0xA0;
         if (length == 0 || octet < 0x20 || octet == 0x7F || c1) {
-            out += "\\x" + hex(text.substr(at, 1));
+            out += "\\x" + hexDigits(text.substr(at, 1));
             ++at;
         } else {
             out += text.substr(at, length);
@@ -171,11 +171,11 @@ std::string valueText(const Value &value) {
         }
         return value.octets;
     case Kind::octetString:
-        return hex(value.octets);
+        return hexDigits(value.octets);
     case Kind::utcTime:
     case Kind::binaryTime: {
         const std::optional<f64> seconds = secondsOf(value);
-        return seconds ? localTime(*seconds) : hex(value.octets);
+        return seconds ? localTime(*seconds) : hexDigits(value.octets);
     }
     default:
         return printable(value.octets);

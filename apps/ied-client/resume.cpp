@@ -1,0 +1,132 @@
+// Going on behind the last entry that was received from a BRCB. A server may number the entries of a
+// buffer anew when it starts, so that a number alone does not tell whether the entry of that number
+// is still the one that was received. What the block says of its newest entry settles some cases.
+// In the others the reports begin one entry early: the first one must then be the known entry, with
+// its time, and is not shown again.
+#include "ied-client/format.h"
+#include "ied-client/reportBits.h"
+#include "ied-client/subscription.h"
+
+#include <algorithm>
+
+namespace ied::client {
+
+namespace {
+
+const std::string noEntry(8, '\0'); // EntryID that stands before the oldest entry
+
+// Counting numbers (four octets of zeros in front) have a predecessor.
+bool isCounted(const std::string &octets) {
+    return octets.size() == noEntry.size() && octets.compare(0, 4, noEntry, 0, 4) == 0 && octets != noEntry;
+}
+
+std::string predecessor(std::string octets) {
+    for (std::size_t i = octets.size(); i-- > 0;) {
+        const u8 octet = static_cast<u8>(octets[i]);
+        octets[i] = static_cast<char>(octet - 1);
+        if (octet != 0) {
+            break;
+        }
+    }
+    return octets;
+}
+
+// Whether the newest entry of a block shows that `entry` is not, or no longer, in its buffer. Not
+// sure otherwise. Numbers are compared only where they count up.
+bool isGone(const EntryPoint &entry, const EntryPoint &newest) {
+    return newest.octets == noEntry || (newest.time && *newest.time < *entry.time) ||
+           (newest.octets == entry.octets && newest.time != entry.time) ||
+           (isCounted(entry.octets) && isCounted(newest.octets) && newest.octets < entry.octets);
+}
+
+EntryPoint newestEntry(const ReportBlock &block) {
+    const Value *time = attribute(block, "TimeOfEntry");
+    return {attributeOctets(block, "EntryID"), time ? entryMillis(*time) : std::nullopt};
+}
+
+// Writes EntryID; `known` says whether the block holds that entry.
+int writeEntry(Subscriber &subscriber, Subscription &subscription, const std::string &octets, bool &known) {
+    constexpr i64 valueInvalid = 11; // DataAccessError object-value-invalid: no such entry
+    i64 error = -1;
+    const int status = tryAttribute(subscriber, subscription, "EntryID", hexDigits(octets), error);
+    known = status == statusGood && error < 0;
+    if (error >= 0 && error != valueInvalid) {
+        return setAttribute(subscriber, subscription, "EntryID", hexDigits(octets));
+    }
+    return status;
+}
+
+// Begins with the oldest entry; a block that holds none begins with its first.
+int beginWithOldest(Subscriber &subscriber, Subscription &subscription, const EntryPoint &entry) {
+    bool known = false;
+    subscription.fromOldest = true;
+    fail(statusGood, blockName(subscription.block) + " holds the entry " + entryText(entry) +
+                         " no longer: reports begin with the oldest entry that it holds");
+    return writeEntry(subscriber, subscription, noEntry, known);
+}
+
+bool tellsEntries(const ReportBlock &block) {
+    const std::string options = attributeOctets(block, "OptFlds");
+    return isSet(options, optEntryId) && isSet(options, optTimeOfEntry);
+}
+
+} // namespace
+
+int resumeAfter(Subscriber &subscriber, Subscription &subscription, const EntryPoint &entry) {
+    const EntryPoint newest = newestEntry(subscription.block);
+    subscription.last = entry;
+    if (entry.time && isGone(entry, newest)) {
+        return beginWithOldest(subscriber, subscription, entry);
+    }
+    const bool certain = !entry.time || newest.octets == entry.octets || !isCounted(entry.octets);
+    bool known = false;
+    if (certain) {
+        const int status = writeEntry(subscriber, subscription, entry.octets, known);
+        return status != statusGood || known ? status : beginWithOldest(subscriber, subscription, entry);
+    }
+    if (!tellsEntries(subscription.block)) {
+        return fail(statusUsage, "--resume with a time needs entryID and timeStamp in the OptFlds of " +
+                                     blockName(subscription.block) + ": see --optflds");
+    }
+    subscription.awaited = entry;
+    int status = writeEntry(subscriber, subscription, predecessor(entry.octets), known);
+    if (status == statusGood && !known) { // then the entry itself is the oldest, or gone
+        subscription.fromOldest = true;
+        status = writeEntry(subscriber, subscription, noEntry, known);
+    }
+    return status;
+}
+
+int confirmResume(Subscriber &subscriber, Subscription &subscription, const Report &report, bool &shown) {
+    const EntryPoint entry = *subscription.awaited;
+    subscription.awaited.reset();
+    shown = false;
+    if (report.entryId == entry.octets && report.timeOfEntry == entry.time) {
+        countMissing(subscription, report);
+        return statusGood;
+    }
+    if (subscription.fromOldest) {
+        shown = true;
+        fail(statusGood, blockName(subscription.block) + " holds the entry " + entryText(entry) +
+                             " no longer: this is the oldest entry that it holds");
+        return statusGood;
+    }
+    int status = setAttribute(subscriber, subscription, "RptEna", "false");
+    if (status == statusGood) {
+        subscription.enabled = false;
+        status = beginWithOldest(subscriber, subscription, entry);
+    }
+    // What came before the block was disabled comes again.
+    std::erase_if(subscriber.arrived, [&](const Bytes &pdu) {
+        const Unconfirmed message = parseUnconfirmed(pdu);
+        return message.kind == Unconfirmed::Kind::report &&
+               subscriptionOf(subscriber, message.report) == &subscription;
+    });
+    if (status == statusGood) {
+        status = setAttribute(subscriber, subscription, "RptEna", "true");
+        subscription.enabled = status == statusGood;
+    }
+    return status;
+}
+
+} // namespace ied::client
