@@ -1,7 +1,7 @@
 // Going on behind the last entry that was received from a BRCB. A server may number the entries of a
 // buffer anew when it starts, so that a number alone does not tell whether the entry of that number
-// is still the one that was received. What the block says of its newest entry settles some cases.
-// In the others the reports begin one entry early: the first one must then be the known entry, with
+// is still the one that was received. If the newest entry of the block is older than the known one,
+// it is not. Else the reports begin one entry early: the first one must then be the known entry, with
 // its time, and is not shown again.
 #include "ied-client/format.h"
 #include "ied-client/reportBits.h"
@@ -31,17 +31,12 @@ std::string predecessor(std::string octets) {
     return octets;
 }
 
-// Whether the newest entry of a block shows that `entry` is not, or no longer, in its buffer. Not
-// sure otherwise. Numbers are compared only where they count up.
-bool isGone(const EntryPoint &entry, const EntryPoint &newest) {
-    return newest.octets == noEntry || (newest.time && *newest.time < *entry.time) ||
-           (newest.octets == entry.octets && newest.time != entry.time) ||
-           (isCounted(entry.octets) && isCounted(newest.octets) && newest.octets < entry.octets);
-}
-
-EntryPoint newestEntry(const ReportBlock &block) {
-    const Value *time = attribute(block, "TimeOfEntry");
-    return {attributeOctets(block, "EntryID"), time ? entryMillis(*time) : std::nullopt};
+// Whether the newest entry of a block is older than `entry`, which is then no entry of its buffer. Its
+// EntryID tells nothing: where a client has written a position, it reads back as that.
+bool isOlder(const ReportBlock &block, const EntryPoint &entry) {
+    const Value *value = attribute(block, "TimeOfEntry");
+    const std::optional<i64> newest = value ? entryMillis(*value) : std::nullopt;
+    return newest && entry.time && *newest < *entry.time;
 }
 
 // Writes EntryID; `known` says whether the block holds that entry.
@@ -73,14 +68,12 @@ bool tellsEntries(const ReportBlock &block) {
 } // namespace
 
 int resumeAfter(Subscriber &subscriber, Subscription &subscription, const EntryPoint &entry) {
-    const EntryPoint newest = newestEntry(subscription.block);
     subscription.last = entry;
-    if (entry.time && isGone(entry, newest)) {
+    if (isOlder(subscription.block, entry)) {
         return beginWithOldest(subscriber, subscription, entry);
     }
-    const bool certain = !entry.time || newest.octets == entry.octets || !isCounted(entry.octets);
     bool known = false;
-    if (certain) {
+    if (!entry.time || !isCounted(entry.octets)) { // an EntryID that does not count holds the time itself
         const int status = writeEntry(subscriber, subscription, entry.octets, known);
         return status != statusGood || known ? status : beginWithOldest(subscriber, subscription, entry);
     }
