@@ -114,7 +114,8 @@ int takeMessage(Subscriber &subscriber, const Bytes &pdu) {
     }
     Subscription *subscription = subscriptionOf(subscriber, message.report);
     if (!subscription) {
-        return fail(statusGood, "a report came that nobody asked for: RptID '" + message.report.rptId + "'");
+        return fail(statusGood, "a report came that is not of one of these blocks for certain: RptID '" +
+                                    message.report.rptId + "'");
     }
     return takeReport(subscriber, *subscription, message.report);
 }

@@ -210,13 +210,18 @@ int unsubscribe(Subscriber &subscriber) {
 }
 
 Subscription *subscriptionOf(Subscriber &subscriber, const Report &report) {
+    Subscription *found = nullptr;
     for (Subscription &subscription : subscriber.subscriptions) {
         const std::string set = attributeOctets(subscription.block, "DatSet");
-        if (isNamed(subscription.block, report.rptId) && (report.datSet.empty() || report.datSet == set)) {
-            return &subscription;
+        if (!isNamed(subscription.block, report.rptId) || (!report.datSet.empty() && report.datSet != set)) {
+            continue;
         }
+        if (found) {
+            return nullptr;
+        }
+        found = &subscription;
     }
-    return nullptr;
+    return found;
 }
 
 std::string misfit(const Subscription &subscription, const Report &report) {

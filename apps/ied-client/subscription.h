@@ -45,7 +45,8 @@ int subscribe(Subscriber &subscriber);
 // Disables and frees the blocks as far as the connection allows.
 int unsubscribe(Subscriber &subscriber);
 
-// The subscription that a report belongs to, by its RptID and its data set; null without one.
+// The subscription that a report belongs to, by its RptID and its data set; null if there is none, or
+// more than one.
 Subscription *subscriptionOf(Subscriber &subscriber, const Report &report);
 
 // Whether a report does not fit the data set of its subscription; "" when it does.

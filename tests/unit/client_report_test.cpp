@@ -186,6 +186,42 @@ TEST(ClientReport, SequenceNumbersWrapAtTheWidthOfTheBlock) {
     EXPECT_EQ(countMissing(segmented, Report{}), 0U); // a report without a number says nothing
 }
 
+TEST(ClientReport, BelongsToTheBlockOfItsRptIdAndDataSet) {
+    Options options;
+    Connection connection;
+    Session session{options, {}, Model{connection, {}, {}, {}}};
+    Subscriber subscriber{session, {}, {}, {}};
+    Type type;
+    type.names = {"RptID", "DatSet"};
+    const auto add = [&](const std::string &rptIdText, const std::string &datSet) {
+        Subscription &subscription = subscriber.subscriptions.emplace_back(subscriptionTo("BR"));
+        subscription.block.variable.type = &type;
+        subscription.block.state.items.resize(2);
+        subscription.block.state.items[0].octets = rptIdText;
+        subscription.block.state.items[1].octets = datSet;
+    };
+    const auto owner = [&](const std::string &rptIdText, const std::string &datSet) {
+        Report report;
+        report.rptId = rptIdText;
+        report.datSet = datSet;
+        const Subscription *found = subscriptionOf(subscriber, report);
+        return found ? found - subscriber.subscriptions.data() : -1;
+    };
+    add("one", "LD/LLN0$a");
+    add("same", "LD/LLN0$a");
+    add("same", "LD/LLN0$b");
+    add("", "LD/LLN0$a");
+    EXPECT_EQ(owner("one", ""), 0);
+    EXPECT_EQ(owner("one", "LD/LLN0$b"), -1);
+    EXPECT_EQ(owner("same", "LD/LLN0$b"), 2);
+    EXPECT_EQ(owner("same", ""), -1);
+    EXPECT_EQ(owner("other", ""), -1);
+    EXPECT_EQ(owner("LD/LLN0$BR$cb01", ""), 3); // a block without an RptID
+    EXPECT_EQ(owner("", ""), 3);
+    add("", "LD/LLN0$a");
+    EXPECT_EQ(owner("", "LD/LLN0$a"), -1);
+}
+
 TEST(ClientReport, MustFitItsDataSet) {
     Subscription subscription = subscriptionTo("RP");
     ReportedSet set;
