@@ -135,6 +135,8 @@ bool writePurgeBuf(RCB *, const RcbWrite &write) {
 }
 
 bool writeEntryID(RCB *rcb, const RcbWrite &write) {
+    // The end of an owner that vanished takes effect only now; it must not take the new position along.
+    updateRCBStat(rcb, rcb->pStat);
     if (write.data->choiceId != Data::octetString || !searchEntryID(rcb, write.data->octs)) {
         return refuse(write, DaeObjectValueInvalid);
     }
