@@ -15,7 +15,7 @@ namespace ied {
 
 namespace {
 
-constexpr u8 always0[4] = {}; // SubSeqNum and MoreSegmentsFollow: a report is never split
+constexpr u32 always0 = 0; // SubSeqNum and MoreSegmentsFollow: a report is never split
 
 Data *appendSuccess(AsnList *list) {
     auto *result = asnListPush(list, MallocOf<AccessResult>());
@@ -38,8 +38,8 @@ constexpr ReportRow headRows[] = {
     {OptBufOvfl, TypeBoolean, [](const RCB *rcb, const RptEntry *) -> Place { return &rcb->bufOvfl; }},
     {OptEntryID, TypeOctet8, [](const RCB *, const RptEntry *entry) -> Place { return entry->entryId; }},
     {OptConfRev, TypeInt32U, [](const RCB *rcb, const RptEntry *) -> Place { return &rcb->ConfRev; }},
-    {OptSegmentation, TypeInt16U, [](const RCB *, const RptEntry *) -> Place { return always0; }},
-    {OptSegmentation, TypeBoolean, [](const RCB *, const RptEntry *) -> Place { return always0; }},
+    {OptSegmentation, TypeInt16U, [](const RCB *, const RptEntry *) -> Place { return &always0; }},
+    {OptSegmentation, TypeBoolean, [](const RCB *, const RptEntry *) -> Place { return &always0; }},
 };
 constexpr std::size_t sqNumRow = 2; // SqNum, whose type goes by the kind of block, stands before it
 
