@@ -159,6 +159,19 @@ TEST_F(SendPacket, LeavesASlotAloneWhoseClientHasLeft) {
     EXPECT_TRUE(send(10));
 }
 
+TEST_F(SendPacket, KeepsWhatIsForOneAssociationFromTheNext) {
+    const u32 association = clientStat[client.slot].association;
+    u8 *packet = buf.data() + buf.size() - 8;
+    const std::vector<u8> frame = octets("03000007 02F080");
+    std::copy(frame.begin(), frame.end(), packet);
+    EXPECT_TRUE(sendPacket(buf.data(), 7, client.slot, association));
+    storeShared(clientStat[client.slot].association, association + 1);
+    EXPECT_FALSE(sendPacket(buf.data(), 7, client.slot, association));
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(sendFail(), 0U);
+    EXPECT_TRUE(sendPacket(buf.data(), 7, client.slot, association + 1)) << "the socket was given back";
+}
+
 SemId release;
 SemId taken;
 
