@@ -33,7 +33,7 @@ RefreshState state;
 GenNode alarmText;
 
 // A region of its own, all inputs counting pulses. In place of the monitor's answer stands a mutex of
-// this task: a wait for it ends at once.
+// this task, and every hand-over counts as looked at: a wait for it ends at once.
 bool setUp() {
     void *base = ::mmap(nullptr, regionSize, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
@@ -45,6 +45,7 @@ bool setUp() {
     fdRtc = clockDeviceOpen("/unix");
     semMonitor = semBCreate(semQPriority, semEmpty);
     semRefresh = semMCreate(semQPriority);
+    lookedAt = 0x7FFFFFFF;
     dataMapInit();
     for (u32 i = 0; i < region::DIMod.count; i++) {
         storeShared(*regionPlace(comdata, region::DIMod, i), 1);

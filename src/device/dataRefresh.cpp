@@ -4,7 +4,6 @@
 #include "device/measRefresh.h"
 #include "device/parameterRefresh.h"
 #include "device/region.h"
-#include "device/statusRefresh.h"
 #include "device/watchdog.h"
 #include "proto-process/c/monitorTasks.h"
 
@@ -185,79 +184,21 @@ void refreshMeasurements(RefreshState *state) {
     dbInfo(DbUPD, DbINF, "refreshLocalData", "All meas data is refreshed!");
 }
 
-// ----------------------------------------------------------------------------------- events
-
-// A source of events: its counter, where the position is remembered, what plays it and the message.
-struct EventRule {
-    RegionField<u32> counter;
-    u32 index; // of the counter
-    u32 *(*remembered)(RefreshState *state);
-    u32 (*run)(u32 last);
-    const char *message;
-};
-template <StType type> u32 *stPtr(RefreshState *state) {
-    return &state->lastStPtr[type];
-}
-template <u32 group> u32 *wavePtr(RefreshState *state) {
-    return &state->lastWaveRecPtr[group];
-}
-template <StType type> u32 playStates(u32 last) {
-    return refreshSTData(type, last);
-}
-template <u32 group> u32 playWave(u32) {
-    return RDDataRefresh(group);
-}
-constexpr EventRule eventRules[] = {
-    {region::diRing.counter, 0, stPtr<StDI>, playStates<StDI>, "DI state is refreshed! Now ptr is %d"},
-    {region::doRing.counter, 0, stPtr<StDO>, playStates<StDO>, "DO state is refreshed! Now ptr is %d"},
-    {region::spRing.counter, 0, stPtr<StSP>, playStates<StSP>, "SP state is refreshed! Now ptr is %d"},
-    {region::lgRing.counter, 0, stPtr<StLG>, playStates<StLG>, "Logic state is refreshed! Now ptr is %d"},
-    {region::checkWord, 0, [](RefreshState *state) { return &state->lastChkSelfState; }, playStates<StCheck>,
-     "Check state is refreshed! Now state is %d"},
-    {region::pqCounter, 0, [](RefreshState *state) { return &state->lastPqLogPtr; }, SOEDataRefresh,
-     "PQ log is refreshed! Now ptr is %d"},
-    {region::waveCount, 0, wavePtr<0>, playWave<0>, "Wave1 state is refreshed! Now ptr is %d"},
-    {region::waveCount, 1, wavePtr<1>, playWave<1>, "Wave2 state is refreshed! Now ptr is %d"},
-};
-
-void refreshEvents(RefreshState *state) {
-    for (const EventRule &rule : eventRules) {
-        u32 *last = rule.remembered(state);
-        if (regionLoadCounter(rule.counter, rule.index) == *last) {
-            continue;
-        }
-        *last = rule.run(*last);
-        char text[64];
-        std::snprintf(text, sizeof text, rule.message, static_cast<int>(*last));
-        report(text);
-    }
-}
-
-// -------------------------------------------------------------------------------- hand-over
-
-// The monitor has not answered a hand-over that timed out: its give is still to come.
-bool answerOwed;
-
-bool takeAnswer(int ticks) {
-    if (semTake(semRefresh, ticks) == ERROR) {
-        return false;
-    }
-    answerOwed = false;
-    return true;
-}
-
 } // namespace
 
 void waitForMon() {
-    takeAnswer(NO_WAIT);
+    semTake(semRefresh, NO_WAIT);
+    const u32 number = handedOver + 1;
+    publish(handedOver, number);
+    const u32 start = tickGet();
     semGive(semMonitor);
-    if (answerOwed) {
-        takeAnswer(handOverTicks);
-    }
-    if (!takeAnswer(handOverTicks)) {
-        answerOwed = true;
-        dbInfo(DbUPD, DbERR, "waitForMon", "Fail to take semRefresh!");
-    }
+    do {
+        const int left = handOverTicks - static_cast<int>(tickGet() - start);
+        if (left <= 0 || semTake(semRefresh, left) == ERROR) {
+            dbInfo(DbUPD, DbERR, "waitForMon", "Fail to take semRefresh!");
+            return;
+        }
+    } while (static_cast<i32>(loadPublished(lookedAt) - number) < 0);
 }
 
 void refreshStateInit(RefreshState *state) {
@@ -270,9 +211,8 @@ void refreshStateInit(RefreshState *state) {
     }
     state->lastChkSelfState = regionLoad(region::checkWord);
     state->lastPqLogPtr = regionLoad(region::pqStart);
-    for (u32 group = 0; group < region::waveStart.count; group++) {
-        state->lastWaveRecPtr[group] = regionLoad(region::waveStart, group);
-    }
+    state->lastWaveRecPtr1 = regionLoad(region::waveStart, 0);
+    state->lastWaveRecPtr2 = regionLoad(region::waveStart, 1);
 }
 
 void firstFilling() {
@@ -291,7 +231,7 @@ void refreshCycle(RefreshState *state) {
     if (wdgFeedWhenDue(&state->lastTick)) {
         state->feedCount++;
     }
-    takeAnswer(paceTicks);
+    semTake(semRefresh, paceTicks);
     dbInfo(DbUPD, DbINF, "refreshLocalData", "Data refresh start!");
     refreshParameters(state);
     refreshMeasurements(state);

@@ -26,18 +26,26 @@ SPS &transStr = mirror<SPS>("SOE.TransStr");
 MV &maxVtrs = mirror<MV>("SOE.MaxVtrs");
 MV &vtrsTm = mirror<MV>("SOE.VtrsTm");
 
+// Since when a swell, dip or interruption is in progress; kept when it has ended.
+struct EventStarts {
+    TimeStamp swellTime;
+    TimeStamp sagTime;
+    TimeStamp interTime;
+};
+EventStarts starts;
+
 // A kind of voltage variation: what its entries in the log are called, its state in the model, and
-// since when one is in progress.
+// its start.
 struct Variation {
     u8 startEntry;
     u8 endEntry;
     SPS *state;
-    TimeStamp start;
+    TimeStamp *start;
 };
-Variation variations[] = {
-    {1, 2, &mirror<SPS>("SOE.SwlStr"), {}},
-    {3, 4, &mirror<SPS>("SOE.DipStr"), {}},
-    {5, 6, &mirror<SPS>("SOE.IntrStr"), {}},
+const Variation variations[] = {
+    {1, 2, &mirror<SPS>("SOE.SwlStr"), &starts.swellTime},
+    {3, 4, &mirror<SPS>("SOE.DipStr"), &starts.sagTime},
+    {5, 6, &mirror<SPS>("SOE.IntrStr"), &starts.interTime},
 };
 
 // One entry of the log.
@@ -92,13 +100,13 @@ f64 eventMagnitude(f32 percent) {
 // Shows an ended variation: first its beginning with what was measured, then its end.
 void voltageVariation(const PqEntry &entry) {
     bool ended = false;
-    for (Variation &variation : variations) {
+    for (const Variation &variation : variations) {
         if (entry.subType == variation.startEntry) {
-            variation.start = entry.time;
+            *variation.start = entry.time;
         } else if (entry.subType == variation.endEntry) {
-            edge(variation.state, 1, variation.start);
-            storeShared(vVa.t, variation.start);
-            storeShared(vVaTm.t, variation.start);
+            edge(variation.state, 1, *variation.start);
+            storeShared(vVa.t, *variation.start);
+            storeShared(vVaTm.t, *variation.start);
             ended = true;
         }
     }

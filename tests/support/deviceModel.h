@@ -20,15 +20,16 @@
 
 namespace ied::test {
 
-// An empty region and an empty mirror; the clock stands at `utc` seconds while it lives.
+// An empty region and an empty mirror; the clock stands at `utc` seconds while it lives, moved by
+// waits if `movesItself`.
 class DeviceState {
   public:
-    explicit DeviceState(u32 utc = 1000000) {
+    explicit DeviceState(u32 utc = 1000000, bool movesItself = true) {
         base = static_cast<u8 *>(::mmap(nullptr, regionSize, PROT_READ | PROT_WRITE,
                                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
         comdata = base;
         std::memset(protoData, 0, protoDataSize);
-        heldClockStart(utc, true);
+        heldClockStart(utc, movesItself);
         fdRtc = clockDeviceOpen("/unix");
     }
     ~DeviceState() {

@@ -60,6 +60,7 @@ class EventRefresh : public testing::Test {
         monitor = std::thread([this] {
             while (semTake(semMonitor, WAIT_FOREVER) == OK && !ended) {
                 seen.push_back(watch ? watch() : "");
+                publish(lookedAt, loadPublished(handedOver));
                 semGive(semRefresh);
             }
         });

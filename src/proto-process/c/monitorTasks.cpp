@@ -4,6 +4,7 @@
 #include "basicInterface/clock.h"
 #include "device/addressBinding.h"
 #include "device/watchdog.h"
+#include "platform/shared.h"
 #include "proto-process/c/controlModel.h"
 #include "proto-process/c/reportModel.h"
 
@@ -11,6 +12,8 @@ namespace ied {
 
 SemId semMonitor;
 SemId semRefresh;
+u32 handedOver;
+u32 lookedAt;
 
 namespace {
 
@@ -58,9 +61,11 @@ bool monitorStart() {
 void monitorRound() {
     wdgFeedWhenDue(&monitorFeedTick);
     const bool refreshed = semTake(semMonitor, roundTicks) == OK;
+    const u32 number = loadPublished(handedOver);
     getTimeStamp(&monTime);
     if (refreshed) {
         forEachRcb(monEventRpt);
+        publish(lookedAt, number);
         semGive(semRefresh);
     }
     forEachRcb(monPeriodRpt);

@@ -8,6 +8,10 @@ namespace ied {
 
 extern SemId semMonitor; // given by the refresh task when data were refreshed
 extern SemId semRefresh; // given back by the monitor task when it has looked at them
+// Hand-overs are numbered, so that the answer to the last one is told from a late answer to one before
+// it. Each number is published before its semaphore is given.
+extern u32 handedOver; // written by the refresh task
+extern u32 lookedAt;   // last one that was looked at whole; written by the monitor task
 bool monitorStart();
 // Task bodies; never return. Each repeats its round.
 void taskObjMon(TaskArgument);
