@@ -4,6 +4,7 @@
 #include "device/measRefresh.h"
 #include "device/parameterRefresh.h"
 #include "device/region.h"
+#include "device/statusRefresh.h"
 #include "device/watchdog.h"
 #include "proto-process/c/monitorTasks.h"
 
@@ -258,8 +259,10 @@ bool dataRefreshStart() {
         waited = true;
         taskDelay(halfSecond);
     }
-    if (waited) {
-        namePlates(); // they hang on no change counter, and what was read before was not filled yet
+    if (waited) { // what hangs on no change counter was read when it was not filled yet
+        namePlates();
+        stDataInit();
+        RDDataInit();
     }
     if (spawnTask("t61850Update", updatePriority, updateStack, refreshLocalData, 1) != taskNone) {
         return true;

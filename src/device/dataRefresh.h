@@ -30,7 +30,7 @@ struct RefreshState {
 extern RefreshState refreshState;
 
 // Waits without limit for the region's ready word, then starts the task. Where it had to wait, it
-// reads the name plates again first. False if the task cannot be started.
+// reads the name plates and the first states again. False if the task cannot be started.
 bool dataRefreshStart();
 // Task body; never returns.
 void refreshLocalData(TaskArgument);

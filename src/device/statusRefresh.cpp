@@ -106,12 +106,10 @@ void stDataInit() {
     TimeStamp now;
     getTimeStamp(&now);
     for (u32 i = 0; i < DISTAddrList.size(); i++) {
-        storeState(*DISTAddrList[i], 0, regionLoad(region::DIMod, i) != 0 ? qualityInvalid : qualityGood,
-                   now);
+        storeState(*DISTAddrList[i], 0, inputCounts(i) ? qualityInvalid : qualityGood, now);
     }
     for (u32 i = 0; i < DOSTAddrList.size(); i++) {
-        const bool local = i >= relayNum && regionLoad(region::DOMod, i - relayNum) != 0;
-        storeState(*DOSTAddrList[i], 0, local ? qualityInvalid : qualityGood, now);
+        storeState(*DOSTAddrList[i], 0, outputIsLocal(i) ? qualityInvalid : qualityGood, now);
     }
     for (SPS *record : SPSTAddrList) {
         storeState(*record, 0, qualityGood, now);
@@ -157,7 +155,7 @@ u32 refreshSTData(u32 type, u32 last) {
     case StCheck:
         return refreshCheckWord();
     default:
-        dbInfo(DbUPD, DbERR, "refreshSTData", "Error ST Type %u!", type);
+        dbInfo(DbUPD, DbERR, "refreshSTData", "Error ST Type %d!", static_cast<int>(type));
         return 0;
     }
 }

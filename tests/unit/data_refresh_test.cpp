@@ -337,12 +337,21 @@ TEST_F(DataRefresh, ACycleWithEverythingChangedAllocatesNothing) {
     raise(37549832);
     raise(37549836);
     raise(7956);
+    for (const u32 event : {20243936U, 20245540U, 20247544U, 20249548U, 37514464U, 20199824U, 20199824U,
+                            37514496U, 37514512U}) {
+        raise(event);
+    }
+    device.put<u8>(20199830, 1); // the end of a dip, and a transient
+    device.put<u8>(20199831, 4);
+    device.put<u8>(20199830 + 36, 2);
     const u64 before = allocations;
     const u32 bytesBefore = allocBytes;
     EXPECT_GT(before, 0U) << "the count works";
     refreshCycle(&state);
     EXPECT_EQ(allocations, before);
     EXPECT_EQ(allocBytes, bytesBefore);
+    EXPECT_EQ(record<SPS>("SOE.TransStr").updateCount, 2U);
+    EXPECT_EQ(record<INS>("RD.FltNum2").stVal, 1);
 }
 
 // ------------------------------------------------------------------------------------ the start
@@ -357,6 +366,8 @@ void lateInstrument(u64 deadline) {
         lateRegion->put<u32>(7576, 4711);
         lateRegion->put<u16>(37514468, 10203);
         lateRegion->put<u16>(37514476, 1234);
+        lateRegion->put<u32>(37514464, 1U << 7); // parameters of the setpoints are at fault
+        lateRegion->put<u32>(37549796, 5);       // records of wave group 2
         lateRegion->put<u32>(37549840, 43605);
     }
 }
@@ -367,8 +378,8 @@ bool plateShows(const char *serNum, const char *hwRev, const char *configRev) {
            std::strcmp(record<LPL>("MICS.NamPlt").configRev, configRev) == 0;
 }
 
-// Ends with status 0 when the start waited three half seconds and left a running task, and the name
-// plates show what the instrument has filled in meanwhile.
+// Ends with status 0 when the start waited three half seconds and left a running task, and name plates
+// and states show what the instrument has filled in meanwhile.
 void startWithLateInstrument() {
     DeviceState device;
     lateRegion = &device;
@@ -382,7 +393,8 @@ void startWithLateInstrument() {
     semRefresh = semBCreate(semQPriority, semEmpty);
     const u32 start = tickGet();
     const bool started = dataRefreshStart();
-    const bool filled = plateShows("0000004711", "V1.02.03", "V12.34");
+    const bool filled = plateShows("0000004711", "V1.02.03", "V12.34") &&
+                        record<SPS>("ST.spParaFlt").stVal == 1 && record<INS>("RD.FltNum2").stVal == 5;
     const bool waited = waits == 3 && tickGet() - start >= 3 * (sysClkRateGet() / 2);
     std::_Exit(started && waited && empty && filled ? 0 : 1);
 }
