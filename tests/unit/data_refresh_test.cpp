@@ -288,15 +288,6 @@ TEST_F(DataRefresh, SeveralChangesOfAKindAreHandedOverTogether) {
     EXPECT_EQ(LogLines::count("UPD", "ERR", "waitForMon", "Fail to take semRefresh!"), 2);
 }
 
-TEST_F(DataRefresh, ALateAnswerIsNotTheAnswerToTheNextHandOver) {
-    const LogLines log;
-    for (int failed = 1; failed <= 3; failed++) { // the semaphore is full at first, then given too late
-        waitForMon();
-        EXPECT_EQ(LogLines::count("UPD", "ERR", "waitForMon", "Fail to take semRefresh!"), failed);
-        semGive(semRefresh);
-    }
-}
-
 TEST_F(DataRefresh, TheWatchdogIsFedAndEverySecondFeedReadsTheBaseParametersAgain) {
     ING &mode = record<ING>("SET.sys.SysLan");
     const ParaMap map[] = {{CdcING, ParaU16, reinterpret_cast<u8 *>(&mode), 758, 0, 2}};

@@ -1,387 +1,324 @@
-// States and events of the instrument as they are played into the model: what the monitor task sees
-// at each hand-over.
-#include "device/dataRefresh.h"
+// Voltage events, transients and wave records, as the monitor task sees them: one edge, one picture.
 #include "device/privateConfig.h"
 #include "device/statusRefresh.h"
-#include "proto-process/c/monitorTasks.h"
 #include "tests/support/deviceModel.h"
+#include "tests/support/monitorStandIn.h"
 #include "tests/support/smallModel.h"
-
-#include <atomic>
-#include <functional>
-#include <optional>
-#include <thread>
 
 using namespace ied;
 using ied::test::DeviceState;
 using ied::test::LogLines;
+using ied::test::MonitorStandIn;
+using ied::test::Pictures;
 using ied::test::record;
+using ied::test::shown;
 
 namespace {
 
-// Places of the region.
-constexpr u32 diModeAt = 826, doModeAt = 890, rtgVoltAt = 738;
-constexpr u32 checkTimeAt = 37514452, checkWordAt = 37514464;
-constexpr u32 pqAt = 20199824, waveTimeAt = 37514484, waveCountAt = 37514496;
-constexpr u8 timeQuality = 10;
+enum SubType : u8 {
+    SwellStart = 1,
+    SwellEnd,
+    DipStart,
+    DipEnd,
+    IntrStart,
+    IntrEnd
+};
+constexpr u8 variation = 1, transient = 2;
 
-// "stVal q sec.ms count" of a state.
-template <class Record> std::string show(const char *sAddr) {
-    const Record &state = record<Record>(sAddr);
-    std::string text = std::to_string(loadShared(state.stVal)) + " " + std::to_string(loadShared(state.q)) +
-                       " " + std::to_string(loadShared(state.t.sec)) + "." +
-                       std::to_string(loadShared(state.t.ms));
-    if constexpr (requires { state.updateCount; }) {
-        text += " " + std::to_string(loadShared(state.updateCount));
+constexpr u32 counterAt = 20199824;
+
+struct Entry {
+    u8 type, subType;
+    u32 sec, ms;
+    f32 mag;
+    u32 duration;
+};
+
+// A measured value as "0.4@1000.250 n1".
+std::string shownValue(const char *sAddr) {
+    const MV &mv = record<MV>(sAddr);
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6g", static_cast<f64>(loadShared(mv.mag)));
+    return text + ("@" + shown(mv.t)) + " n" + std::to_string(loadShared(mv.updateCount));
+}
+std::string shownStates(std::initializer_list<const char *> sAddrs) {
+    std::string out;
+    for (const char *sAddr : sAddrs) {
+        out += (out.empty() ? "" : ", ") + shown(record<SPS>(sAddr));
     }
-    return text;
+    return out;
+}
+std::string variationPicture() {
+    return "Var " + shownStates({"SOE.VarStr"}) + " Dip,Swl,Intr " +
+           shownStates({"SOE.DipStr", "SOE.SwlStr", "SOE.IntrStr"});
+}
+std::string measuredPicture() {
+    return shownValue("SOE.VVa") + ", " + shownValue("SOE.VVaTm");
+}
+std::string transientPicture() {
+    return shown(record<SPS>("SOE.TransStr")) + ", " + shownValue("SOE.MaxVtrs") + ", " +
+           shownValue("SOE.VtrsTm");
 }
 
-// "mag sec.ms count" of a measured value.
-std::string showMeasured(const char *sAddr) {
-    const MV &value = record<MV>(sAddr);
-    char text[80];
-    std::snprintf(text, sizeof text, "%g %u.%u %u", static_cast<f64>(loadShared(value.mag)),
-                  loadShared(value.t.sec), loadShared(value.t.ms), loadShared(value.updateCount));
-    return text;
-}
-
-// The monitor is a task that notes what it is shown.
 class EventRefresh : public testing::Test {
   protected:
-    EventRefresh() {
-        heldClockStop();
-        externGlbCfgInit();
-        log.emplace();
-        externGlbCfg.tickRate = 1; // the monitor has 50 seconds for each answer
-        localConfig = 0;
-        semMonitor = semBCreate(semQPriority, semEmpty);
-        semRefresh = semBCreate(semQPriority, semEmpty);
-        monitor = std::thread([this] {
-            while (semTake(semMonitor, WAIT_FOREVER) == OK && !ended) {
-                seen.push_back(watch ? watch() : "");
-                publish(lookedAt, loadPublished(handedOver));
-                semGive(semRefresh);
-            }
+    EventRefresh() { localConfig = 0; }
+    ~EventRefresh() override { localConfig = 0; }
+    void append(const Entry &entry) {
+        const u32 slot = counterAt + 4 + 36 * (device.get<u32>(counterAt) % 1024);
+        device.put(slot + 2, entry.type);
+        device.put(slot + 3, entry.subType);
+        device.putTime(slot + 4, entry.sec, entry.ms, 10);
+        device.put(slot + 16, entry.mag);
+        device.put(slot + 20, entry.duration);
+        device.raise(counterAt);
+    }
+    void append(std::initializer_list<Entry> entries) {
+        for (const Entry &entry : entries) {
+            append(entry);
+        }
+    }
+    // Plays everything from the first entry on.
+    void play() {
+        const u32 now = device.get<u32>(counterAt);
+        EXPECT_EQ(SOEDataRefresh(0), now);
+    }
+
+    DeviceState device{1000000, false};
+    MonitorStandIn monitor;
+    LogLines log;
+};
+
+TEST_F(EventRefresh, ADipIsShownAtItsEndFromItsStartToItsEnd) {
+    monitor.start([] { return variationPicture() + " | " + measuredPicture(); });
+    append({variation, DipStart, 1000, 250, 0, 0});
+    play();
+    EXPECT_EQ(monitor.pictures, Pictures{}) << "a start alone shows nothing";
+    append({variation, DipEnd, 1000, 370, 40, 120});
+    EXPECT_EQ(SOEDataRefresh(1), 2U);
+    EXPECT_EQ(monitor.pictures,
+              (Pictures{"Var 1@1000.250 n1 Dip,Swl,Intr 1@1000.250 n1, 0@0.000 n0, 0@0.000 n0"
+                        " | 0.4@1000.250 n1, 0.12@1000.250 n1",
+                        "Var 0@1000.370 n2 Dip,Swl,Intr 0@1000.370 n2, 0@0.000 n0, 0@0.000 n0"
+                        " | 0.4@1000.250 n1, 0.12@1000.250 n1"}));
+    EXPECT_EQ(record<SPS>("SOE.DipStr").t.tq, 10);
+}
+
+TEST_F(EventRefresh, EventsOfEachKindKeepTheirOwnStarts) {
+    monitor.start(variationPicture);
+    append({{variation, SwellStart, 1, 0, 0, 0},
+            {variation, DipStart, 2, 0, 0, 0},
+            {variation, IntrStart, 3, 0, 0, 0},
+            {variation, IntrEnd, 4, 0, 1, 0},
+            {variation, SwellEnd, 5, 0, 1, 0},
+            {variation, DipEnd, 6, 0, 1, 0},
+            {variation, DipEnd, 7, 0, 1, 0}});
+    play();
+    const Pictures expected = {
+        "Var 1@3.000 n1 Dip,Swl,Intr 0@0.000 n0, 0@0.000 n0, 1@3.000 n1",
+        "Var 0@4.000 n2 Dip,Swl,Intr 0@0.000 n0, 0@0.000 n0, 0@4.000 n2",
+        "Var 1@1.000 n3 Dip,Swl,Intr 0@0.000 n0, 1@1.000 n1, 0@4.000 n2",
+        "Var 0@5.000 n4 Dip,Swl,Intr 0@0.000 n0, 0@5.000 n2, 0@4.000 n2",
+        "Var 1@2.000 n5 Dip,Swl,Intr 1@2.000 n1, 0@5.000 n2, 0@4.000 n2",
+        "Var 0@6.000 n6 Dip,Swl,Intr 0@6.000 n2, 0@5.000 n2, 0@4.000 n2",
+        "Var 1@2.000 n7 Dip,Swl,Intr 1@2.000 n3, 0@5.000 n2, 0@4.000 n2", // a second end, the same start
+        "Var 0@7.000 n8 Dip,Swl,Intr 0@7.000 n4, 0@5.000 n2, 0@4.000 n2",
+    };
+    EXPECT_EQ(monitor.pictures, expected);
+}
+
+TEST_F(EventRefresh, WhatIsNeitherVariationNorTransientIsPassedOver) {
+    monitor.start(variationPicture);
+    append({{0, DipEnd, 1, 0, 1, 1},
+            {3, DipEnd, 1, 0, 1, 1},
+            {variation, 0, 1, 0, 1, 1},
+            {variation, 7, 1, 0, 1, 1}});
+    play();
+    EXPECT_EQ(monitor.pictures, Pictures{});
+    EXPECT_EQ(variationPicture(), "Var 0@0.000 n0 Dip,Swl,Intr 0@0.000 n0, 0@0.000 n0, 0@0.000 n0");
+    EXPECT_EQ(measuredPicture(), "0@0.000 n0, 0@0.000 n0");
+}
+
+struct Magnitude {
+    u32 vvaFormat;
+    i8 multiplier;
+    f32 shown;
+    u8 unit;
+    int messages;
+};
+
+TEST_F(EventRefresh, TheMagnitudeHasTheFormAndTheMultipleThatTheFileDeclares) {
+    monitor.start(variationPicture);
+    device.put<u16>(738, 230);
+    const Magnitude cases[] = {
+        {0, 0, 1.15F, 1, 0},    {0, -2, 115, 1, 0},     {1, 0, 264.5F, 29, 0},
+        {1, 3, 0.2645F, 29, 0}, {1, -3, 264500, 29, 0}, {2, 0, 1.15F, 1, 1},
+    };
+    for (const Magnitude &each : cases) {
+        const LogLines lines;
+        localConfig = each.vvaFormat;
+        MV &magnitude = record<MV>("SOE.VVa");
+        magnitude.units.multiplier = each.multiplier;
+        record<MV>("SOE.VVaTm").units.multiplier = -3;
+        device.put<u32>(counterAt, 0);
+        append({{variation, SwellStart, 1, 0, 0, 0}, {variation, SwellEnd, 2, 0, 115, 1500}});
+        play();
+        EXPECT_FLOAT_EQ(magnitude.mag, each.shown) << each.vvaFormat << " " << int{each.multiplier};
+        EXPECT_EQ(magnitude.units.SIUnit, each.unit);
+        EXPECT_EQ(record<MV>("SOE.VVaTm").mag, 1500) << "milliseconds";
+        EXPECT_EQ(
+            LogLines::count("UPD", "ERR", "SOEDataRefresh", "vvaFormat value error! Use default value!"),
+            each.messages);
+    }
+}
+
+TEST_F(EventRefresh, ATransientIsShownFromItsStartToItsEnd) {
+    record<MV>("SOE.VtrsTm").units.multiplier = -6;
+    monitor.start(transientPicture);
+    append({transient, 0, 1000, 2, 180, 5000});
+    play();
+    EXPECT_EQ(monitor.pictures, (Pictures{"1@999.997 n1, 0@999.997 n1, 0@999.997 n1",
+                                          "0@1000.002 n2, 1.8@1000.002 n2, 5000@1000.002 n2"}));
+}
+
+TEST_F(EventRefresh, TheStartOfATransientBorrowsWholeSeconds) {
+    monitor.start(transientPicture);
+    const struct {
+        u32 sec, ms, duration;
+        const char *start;
+    } cases[] = {
+        {1000, 2, 5000, "999.997"},
+        {1000, 5, 5000, "1000.000"},
+        {1000, 5, 5999, "1000.000"},
+        {1000, 999, 0, "1000.999"},
+        {1000, 0, 1000000, "999.000"},
+        {1000, 1, 1002000, "998.999"},
+        {1000, 500, 3250000, "997.250"},
+        {1000, 0, 60000000, "940.000"},
+        {5000, 0, 4294967295, "705.033"},
+        {0, 4, 5000, "0.000"},
+        {3, 0, 3001000, "0.000"},
+        {0, 5, 5000, "0.000"},
+        {4294967295, 999, 1000, "4294967295.998"},
+    };
+    for (const auto &each : cases) {
+        device.put<u32>(counterAt, 0);
+        monitor.start(transientPicture);
+        append({transient, 0, each.sec, each.ms, 0, each.duration});
+        play();
+        ASSERT_EQ(monitor.pictures.size(), 2U);
+        const std::string &first = monitor.pictures[0];
+        EXPECT_EQ(first.substr(2, first.find(' ') - 2), each.start) << each.duration;
+        EXPECT_EQ(record<SPS>("SOE.TransStr").t.sec, each.sec);
+        EXPECT_EQ(record<SPS>("SOE.TransStr").t.ms, each.ms);
+        EXPECT_EQ(record<SPS>("SOE.TransStr").t.tq, 10);
+    }
+}
+
+// --------------------------------------------------------------------------------- the log as a ring
+
+// Entry i of a run: a transient that ends at second 10 + i.
+Entry numbered(u32 i) {
+    return {transient, 0, 10 + i, 500, 0, 0};
+}
+std::string rising(u32 i) {
+    return "1@" + std::to_string(10 + i) + ".500";
+}
+
+class PqRing : public EventRefresh {
+  protected:
+    PqRing() {
+        monitor.start([] {
+            const std::string state = shown(record<SPS>("SOE.TransStr"));
+            return state.substr(0, state.find(' '));
         });
     }
-    ~EventRefresh() override {
-        ended = true;
-        semGive(semMonitor);
-        monitor.join();
-        EXPECT_EQ(LogLines::count("UPD", "ERR", "waitForMon", "Fail to take semRefresh!"), 0);
-        semDelete(semMonitor);
-        semDelete(semRefresh);
-        log.reset();
-        externGlbCfgInit();
-    }
-    // What the monitor saw since the last call.
-    std::vector<std::string> taken() { return std::exchange(seen, {}); }
-
-    void addPq(u8 type, u8 subType, u32 sec, u32 ms, f32 mag, u32 duration) {
-        const u32 slot = pqAt + 4 + device.get<u32>(pqAt) % 1024 * 36;
-        device.put<u8>(slot + 2, type);
-        device.put<u8>(slot + 3, subType);
-        device.putTime(slot + 4, sec, ms, timeQuality);
-        device.put<f32>(slot + 16, mag);
-        device.put<u32>(slot + 20, duration);
-        device.raise(pqAt);
-    }
-
-    DeviceState device;
-    std::optional<LogLines> log;
-    std::function<std::string()> watch;
-    std::vector<std::string> seen;
-    std::atomic<bool> ended = false;
-    std::thread monitor;
-};
-
-// One status ring.
-struct Ring {
-    const char *name;
-    u32 type;
-    u32 at; // of the counter; slots follow
-    u32 slotSize, stateAt, stateWidth;
-    const char *first; // objects of bits 0, 1 and of the last bit
-    const char *second;
-    const char *last;
-    u32 lastBit;
-    bool counts; // updateCount
-};
-
-class StatusRings : public EventRefresh, public testing::WithParamInterface<Ring> {
-  protected:
-    void add(u32 word, u32 sec) {
-        const Ring &ring = GetParam();
-        const u32 slot = ring.at + 4 + device.get<u32>(ring.at) % 100 * ring.slotSize;
-        device.putTime(slot, sec, sec % 1000, timeQuality);
-        if (ring.stateWidth == 1) {
-            device.put<u8>(slot + ring.stateAt, static_cast<u8>(word));
-        } else if (ring.stateWidth == 2) {
-            device.put<u16>(slot + ring.stateAt, static_cast<u16>(word));
-        } else {
-            device.put<u32>(slot + ring.stateAt, word);
+    void fill(u32 from, u32 to) {
+        device.put<u32>(counterAt, from);
+        for (u32 i = from; i < to; i++) {
+            append(numbered(i));
         }
-        device.raise(ring.at);
     }
-    std::string state(const char *sAddr) {
-        return GetParam().counts ? show<SPS>(sAddr) : show<CtlObj>(sAddr);
-    }
-    std::string expected(const char *withoutCount, const char *count) {
-        return std::string(withoutCount) + (GetParam().counts ? std::string(" ") + count : "");
+    // First and last event that was shown, and how many.
+    void expectShown(u32 first, u32 last) {
+        ASSERT_EQ(monitor.pictures.size(), 2 * (last - first + 1));
+        EXPECT_EQ(monitor.pictures.front(), rising(first));
+        EXPECT_EQ(monitor.pictures[monitor.pictures.size() - 2], rising(last));
     }
 };
 
-TEST_P(StatusRings, EachEntryIsShownAloneWithItsOwnTime) {
-    const Ring &ring = GetParam();
-    watch = [&] { return state(ring.first) + ", " + state(ring.last); };
-    add(1, 100);
-    add(1, 200); // nothing changes
-    add(0, 300);
-    add(1U << ring.lastBit | 1, 400);
-    EXPECT_EQ(refreshSTData(ring.type, 0), 4U);
-    const std::string never = expected("0 0 0.0", "0");
-    EXPECT_EQ(taken(), (std::vector<std::string>{
-                           expected("1 0 100.100", "1") + ", " + never,
-                           expected("1 0 100.100", "1") + ", " + never,
-                           expected("0 0 300.300", "2") + ", " + never,
-                           expected("1 0 400.400", "3") + ", " + expected("1 0 400.400", "1"),
-                       }));
-    EXPECT_EQ(state(ring.second), never);
+TEST_F(PqRing, GivesAReaderFarBehindTheNewestHundredAcrossItsLastSlot) {
+    fill(900, 1101);
+    EXPECT_EQ(SOEDataRefresh(1000), 1101U);
+    expectShown(1001, 1100);
+    monitor.stop();
+    monitor.start([] { return std::string(); });
+    EXPECT_EQ(SOEDataRefresh(1001), 1101U);
+    EXPECT_EQ(monitor.pictures.size(), 200U) << "a hundred behind is read whole";
 }
 
-TEST_P(StatusRings, AReaderThatIsOvertakenTakesTheNewestHundred) {
-    const Ring &ring = GetParam();
-    watch = [&] { return std::to_string(record<SPS>(ring.first).t.sec); };
-    if (!ring.counts) {
-        watch = [&] { return std::to_string(record<CtlObj>(ring.first).t.sec); };
+TEST_F(PqRing, ThatBeganAnewIsReadFromItsBeginning) {
+    fill(0, 100);
+    EXPECT_EQ(SOEDataRefresh(101), 100U);
+    expectShown(0, 99);
+    EXPECT_EQ(log.lines().size(), 0U);
+}
+
+TEST_F(PqRing, ThatWasResetFurtherOnIsReadFromThereOn) {
+    fill(0, 101);
+    EXPECT_EQ(SOEDataRefresh(4000000000U), 101U);
+    EXPECT_EQ(monitor.pictures.size(), 0U);
+    EXPECT_EQ(
+        LogLines::count("UPD", "CRI", "SOEDataRefresh", "PQ Ptr Overfollow!PtrNow:101, PtrLast:4000000000"),
+        1);
+}
+
+// ----------------------------------------------------------------------------------- wave records
+
+class WaveRecords : public EventRefresh, public testing::WithParamInterface<u32> {
+  protected:
+    WaveRecords() {
+        for (u32 i = 0; i < 2; i++) {
+            device.put<u32>(37549792 + 4 * i, 3 + i);
+        }
+        RDDataInit();
+        monitor.start([] { return picture(GetParam()); });
     }
-    for (u32 i = 0; i < 250; i++) {
-        add(i % 2, 1000 + i);
+    static std::string picture(u32 group) {
+        const std::string n = std::to_string(group + 1);
+        return "Str " + shown(record<SPS>("RD.RcdStr" + n)) + " Made " +
+               shown(record<SPS>("RD.RcdMade" + n)) + " Num " + shown(record<INS>("RD.FltNum" + n));
     }
-    EXPECT_EQ(refreshSTData(ring.type, 10), 250U);
-    const std::vector<std::string> shown = taken();
-    ASSERT_EQ(shown.size(), 100U);
-    EXPECT_EQ(shown[1], "1151") << "entry 150 changes nothing, for the bit was 0 before";
-    EXPECT_EQ(shown.back(), "1249");
-    add(0, 2000); // the counter went on across the end of the slots
-    EXPECT_EQ(refreshSTData(ring.type, 250), 251U);
-    EXPECT_EQ(taken(), std::vector<std::string>{"2000"});
-}
-
-TEST_P(StatusRings, AResetIsNamedAndNothingIsRead) {
-    const Ring &ring = GetParam();
-    add(1, 100);
-    EXPECT_EQ(refreshSTData(ring.type, 7), 1U);
-    EXPECT_TRUE(taken().empty());
-    EXPECT_EQ(LogLines::count("UPD", "CRI", "refreshSTData",
-                              ring.name + std::string(" Ptr Overfollow! PtrNow:1, PtrLast:7")),
-              1);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    EventRefresh, StatusRings,
-    testing::Values(Ring{"DI", StDI, 20243936, 16, 14, 1, "ST.DI1", "ST.DI2", "ST.DI8", 7, true},
-                    Ring{"DO", StDO, 20245540, 20, 14, 2, "CTL.RO1", "CTL.RO2", "CTL.DO2", 5, false},
-                    Ring{"SP", StSP, 20247544, 20, 16, 4, "ST.SP1", "ST.SP2", "ST.SP32", 31, true},
-                    Ring{"LG", StLG, 20249548, 20, 16, 4, "ST.logic1", "ST.logic2", "ST.logic8", 7, true}),
-    [](const auto &param) { return std::string(param.param.name); });
-
-TEST_F(EventRefresh, WhatIsInAnotherModeIsLeftAlone) {
-    device.put<u16>(diModeAt + 8, 1); // DI2 counts pulses
-    device.put<u16>(doModeAt + 4, 2); // DO2 belongs to the device
-    const u32 di = 20243936, dO = 20245540;
-    device.put<u8>(di + 4 + 14, 3);
-    device.raise(di);
-    device.put<u16>(dO + 4 + 14, 0x3F);
-    device.raise(dO);
-    EXPECT_EQ(refreshSTData(StDI, 0), 1U);
-    EXPECT_EQ(refreshSTData(StDO, 0), 1U);
-    EXPECT_EQ(record<SPS>("ST.DI1").stVal, 1);
-    EXPECT_EQ(record<SPS>("ST.DI2").stVal, 0);
-    EXPECT_EQ(record<CtlObj>("CTL.RO4").stVal, 1);
-    EXPECT_EQ(record<CtlObj>("CTL.DO1").stVal, 1);
-    EXPECT_EQ(record<CtlObj>("CTL.DO2").stVal, 0);
-}
-
-TEST_F(EventRefresh, TheFlagsOfTheSelfCheckComeTogetherButForTheBattery) {
-    watch = [] {
-        return show<SPS>("ST.dspFlt") + ", " + show<SPS>("ST.batFlt") + ", " + show<SPS>("ST.commParaFlt");
-    };
-    device.putTime(checkTimeAt, 500, 20, timeQuality);
-    device.put<u32>(checkWordAt, 0x3FFFF);
-    EXPECT_EQ(refreshSTData(StCheck, 0), 0x3FFFFU);
-    EXPECT_EQ(taken(), std::vector<std::string>{"1 0 500.20 1, 0 0 0.0 0, 1 0 500.20 1"});
-    EXPECT_EQ(refreshSTData(9, 5), 0U);
-    EXPECT_EQ(LogLines::count("UPD", "ERR", "refreshSTData", "Error ST Type 9!"), 1);
-    EXPECT_TRUE(taken().empty());
-}
-
-// ------------------------------------------------------------------------------ voltage events
-
-struct Kind {
-    const char *name;
-    u8 start, end;
-    const char *state;
 };
 
-class Variations : public EventRefresh, public testing::WithParamInterface<Kind> {};
-
-TEST_P(Variations, AreShownWhenTheyEndFirstTheirStartThenTheirEnd) {
-    const Kind &kind = GetParam();
-    watch = [&] {
-        return show<SPS>(kind.state) + ", " + show<SPS>("SOE.VarStr") + ", " + showMeasured("SOE.VVa") +
-               ", " + showMeasured("SOE.VVaTm");
-    };
-    addPq(1, kind.start, 1000, 10, 0, 0);
-    EXPECT_EQ(SOEDataRefresh(0), 1U);
-    EXPECT_TRUE(taken().empty()) << "a start alone shows nothing";
-    addPq(1, kind.end, 1000, 130, 40, 120);
-    EXPECT_EQ(SOEDataRefresh(1), 2U);
-    EXPECT_EQ(taken(), (std::vector<std::string>{
-                           "1 0 1000.10 1, 1 0 1000.10 1, 0.4 1000.10 1, 0.12 1000.10 1",
-                           "0 0 1000.130 2, 0 0 1000.130 2, 0.4 1000.10 1, 0.12 1000.10 1",
-                       }));
-    EXPECT_EQ(record<MV>("SOE.VVa").units.SIUnit, 1);
-    addPq(1, kind.end, 2000, 0, 50, 1500); // a second end has the start that is known
-    EXPECT_EQ(SOEDataRefresh(2), 3U);
-    EXPECT_EQ(taken().front(), "1 0 1000.10 3, 1 0 1000.10 3, 0.5 1000.10 2, 1.5 1000.10 2");
-}
-
-INSTANTIATE_TEST_SUITE_P(EventRefresh, Variations,
-                         testing::Values(Kind{"swell", 1, 2, "SOE.SwlStr"}, Kind{"dip", 3, 4, "SOE.DipStr"},
-                                         Kind{"interruption", 5, 6, "SOE.IntrStr"}),
-                         [](const auto &param) { return std::string(param.param.name); });
-
-TEST_F(EventRefresh, AMagnitudeIsARatioOrVoltsAsTheFileSays) {
-    device.put<u16>(rtgVoltAt, 230);
-    MV &vVa = record<MV>("SOE.VVa");
-    vVa.units.multiplier = -3;
-    localConfig = 1;
-    addPq(1, 2, 10, 0, 115, 20);
-    SOEDataRefresh(0);
-    EXPECT_FLOAT_EQ(vVa.mag, 264500); // 230 V x 1.15 in mV
-    EXPECT_EQ(vVa.units.SIUnit, 29);
-    localConfig = 7;
-    vVa.units.multiplier = 0;
-    addPq(1, 2, 10, 0, 115, 20);
-    SOEDataRefresh(1);
-    EXPECT_FLOAT_EQ(vVa.mag, 1.15F);
-    EXPECT_EQ(vVa.units.SIUnit, 1);
-    EXPECT_EQ(LogLines::count("UPD", "ERR", "SOEDataRefresh", "vvaFormat value error! Use default value!"),
+TEST_P(WaveRecords, AreAnnouncedThenMadeThenCleared) {
+    const u32 group = GetParam();
+    const std::string had = std::to_string(3 + group) + "@1000000.000 n0", other = picture(1 - group);
+    const auto count = [&](u32 value) { device.put<u32>(37514496 + 16 * group, value); };
+    heldClockAdvance(2500);
+    device.putTime(37514484 + 16 * group, 1000001, 750, 10);
+    count(6 + group); // several since
+    EXPECT_EQ(RDDataRefresh(group), 6 + group);
+    heldClockAdvance(1000);
+    device.putTime(37514484 + 16 * group, 1000003, 0, 10);
+    count(7 + group);
+    EXPECT_EQ(RDDataRefresh(group), 7 + group);
+    heldClockAdvance(1000);
+    count(0);
+    EXPECT_EQ(RDDataRefresh(group), 0U);
+    const std::string six = std::to_string(6 + group), seven = std::to_string(7 + group);
+    EXPECT_EQ(monitor.pictures,
+              (Pictures{"Str 1@1000001.750 n0 Made 0@1000001.750 n0 Num " + had,
+                        "Str 0@1000002.500 n0 Made 1@1000002.500 n0 Num " + six + "@1000002.500 n0",
+                        "Str 1@1000003.000 n0 Made 0@1000003.000 n0 Num " + six + "@1000002.500 n0",
+                        "Str 0@1000003.500 n0 Made 1@1000003.500 n0 Num " + seven + "@1000003.500 n0",
+                        "Str 0@1000003.500 n0 Made 1@1000003.500 n0 Num 0@1000004.500 n0"}));
+    EXPECT_EQ(LogLines::count("UPD", "CRI", "RDDataRefresh",
+                              "Wave" + std::to_string(group + 1) + " Ptr clean out!"),
               1);
+    EXPECT_EQ(picture(1 - group), other) << "the other group stays";
 }
 
-TEST_F(EventRefresh, ATransientBeginsItsDurationEarlier) {
-    watch = [] {
-        return show<SPS>("SOE.TransStr") + ", " + showMeasured("SOE.MaxVtrs") + ", " +
-               showMeasured("SOE.VtrsTm");
-    };
-    addPq(2, 0, 1000, 2, 180, 5000);    // 5 ms: into the second before
-    addPq(2, 0, 1000, 5, 180, 5000);    // just to its beginning
-    addPq(2, 0, 1000, 2, 180, 2500999); // 2500 ms and what is no millisecond
-    EXPECT_EQ(SOEDataRefresh(0), 3U);
-    EXPECT_EQ(taken(), (std::vector<std::string>{
-                           "1 0 999.997 1, 0 999.997 1, 0 999.997 1",
-                           "0 0 1000.2 2, 1.8 1000.2 2, 0.005 1000.2 2",
-                           "1 0 1000.0 3, 0 1000.0 3, 0 1000.0 3",
-                           "0 0 1000.5 4, 1.8 1000.5 4, 0.005 1000.5 4",
-                           "1 0 997.502 5, 0 997.502 5, 0 997.502 5",
-                           "0 0 1000.2 6, 1.8 1000.2 6, 2.501 1000.2 6",
-                       }));
-}
-
-TEST_F(EventRefresh, TheLogIsReadOnAfterAResetButNotAfterAJumpBack) {
-    for (u32 i = 0; i < 130; i++) {
-        addPq(2, 0, 5000 + i, 0, 100, 0);
-    }
-    addPq(7, 0, 1, 0, 0, 0); // another type
-    EXPECT_EQ(SOEDataRefresh(0), 131U);
-    EXPECT_EQ(taken().size(), 2U * 99) << "the newest hundred entries, of which one is passed over";
-    EXPECT_EQ(SOEDataRefresh(200), 131U);
-    EXPECT_TRUE(taken().empty());
-    EXPECT_EQ(LogLines::count("UPD", "CRI", "SOEDataRefresh", "PQ Ptr Overfollow!PtrNow:131, PtrLast:200"),
-              1);
-    device.put<u32>(pqAt, 0);
-    addPq(2, 0, 6000, 0, 100, 0);
-    EXPECT_EQ(SOEDataRefresh(131), 1U);
-    EXPECT_EQ(taken().size(), 2U);
-}
-
-// ------------------------------------------------------------------------------- wave records
-
-TEST_F(EventRefresh, AWaveRecordBeginsAtItsTimeAndIsMadeNow) {
-    for (u32 group = 0; group < 2; group++) {
-        const char *started = group == 0 ? "RD.RcdStr1" : "RD.RcdStr2";
-        const char *made = group == 0 ? "RD.RcdMade1" : "RD.RcdMade2";
-        const char *number = group == 0 ? "RD.FltNum1" : "RD.FltNum2";
-        watch = [=] {
-            const auto value = [](auto stVal) { return std::to_string(stVal); };
-            return value(record<SPS>(started).stVal) + value(record<SPS>(made).stVal) + " " +
-                   value(record<INS>(number).stVal) + " " + value(record<SPS>(started).t.sec);
-        };
-        device.putTime(waveTimeAt + 16 * group, 100, 5, timeQuality);
-        device.put<u32>(waveCountAt + 16 * group, 3);
-        EXPECT_EQ(RDDataRefresh(group), 3U);
-        std::vector<std::string> shown = taken();
-        ASSERT_EQ(shown.size(), 2U);
-        EXPECT_EQ(shown[0], "10 0 100");
-        EXPECT_TRUE(shown[1].starts_with("01 3 ")) << shown[1];
-        EXPECT_GT(record<INS>(number).t.sec, 1000000000U) << "the present time";
-        EXPECT_EQ(record<SPS>(started).updateCount, 0U);
-
-        device.put<u32>(waveCountAt + 16 * group, 0);
-        EXPECT_EQ(RDDataRefresh(group), 0U);
-        shown = taken();
-        ASSERT_EQ(shown.size(), 1U);
-        EXPECT_TRUE(shown[0].starts_with("01 0 ")) << shown[0];
-        EXPECT_EQ(LogLines::count("UPD", "CRI", "RDDataRefresh",
-                                  "Wave" + std::to_string(group + 1) + " Ptr clean out!"),
-                  1);
-    }
-}
-
-// -------------------------------------------------------------------------------- the loop
-
-TEST_F(EventRefresh, TheLoopReplaysTheRingsOfStatesAndNothingElseOfThePast) {
-    device.put<u32>(37549692, 5); // counters at start
-    device.put<u32>(37549796, 2);
-    device.put<u32>(pqAt, 5);
-    device.put<u32>(waveCountAt + 16, 2);
-    device.put<u32>(checkWordAt, 4);
-    for (u32 ring : {20243936U, 20245540U, 20247544U, 20249548U}) {
-        device.raise(ring);
-    }
-    for (u32 i = 2; i < 94; i++) {
-        device.put<u32>(12 + 4 * i, 1);
-    }
-    device.put<u32>(11808 + 4 * 17, 1);
-    device.put<u32>(11808 + 4 * 18, 1);
-    RefreshState state;
-    refreshStateInit(&state);
-    semGive(semRefresh); // for the pace of the loop
-    refreshCycle(&state);
-    EXPECT_EQ(taken().size(), 4U) << "one entry of each ring";
-    for (const char *message :
-         {"DI state is refreshed! Now ptr is 1", "DO state is refreshed! Now ptr is 1",
-          "SP state is refreshed! Now ptr is 1", "Logic state is refreshed! Now ptr is 1"}) {
-        EXPECT_EQ(LogLines::count("UPD", "DBG", "refreshLocalData", message), 1) << message;
-    }
-    device.put<u32>(checkWordAt, 5);
-    device.raise(pqAt);
-    device.put<u32>(waveCountAt, 1);
-    device.put<u32>(waveCountAt + 16, 0);
-    semGive(semRefresh);
-    refreshCycle(&state);
-    for (const char *message :
-         {"Check state is refreshed! Now state is 5", "PQ log is refreshed! Now ptr is 6",
-          "Wave1 state is refreshed! Now ptr is 1", "Wave2 state is refreshed! Now ptr is 0"}) {
-        EXPECT_EQ(LogLines::count("UPD", "DBG", "refreshLocalData", message), 1) << message;
-    }
-    semGive(semRefresh);
-    taken();
-    refreshCycle(&state);
-    EXPECT_TRUE(taken().empty()) << "nothing is new";
-}
+INSTANTIATE_TEST_SUITE_P(Groups, WaveRecords, testing::Values(0U, 1U));
 
 } // namespace
