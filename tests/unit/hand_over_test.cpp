@@ -68,6 +68,9 @@ TEST_F(HandOver, AnAnswerThatComesDuringTheNextOneIsNotTakenForIts) {
         if (seen == "1") {
             heldClockAdvance(1000);
             EXPECT_TRUE(waitUntil([&] { return loadPublished(handedOver) == second; }));
+        } else if (seen == "2") {
+            EXPECT_FALSE(waitUntil([&] { return picture() != seen; }, ied::test::Milliseconds(20)))
+                << "the picture stands while it is looked at";
         }
         return seen;
     });
