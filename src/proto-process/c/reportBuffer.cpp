@@ -129,7 +129,11 @@ bool rptDataBufInit(RCB *rcb) {
         return false;
     }
     const u32 slots = ringSlots(stat);
-    mpAlloc(slots * dataSet->size, &stat->pool);
+    const u64 size = u64{slots} * dataSet->size;
+    if (size > UINT32_MAX) {
+        return false;
+    }
+    mpAlloc(static_cast<u32>(size), &stat->pool);
     stat->entries = allocInMpArray<RptEntry>(&stat->pool, slots);
     for (u32 i = 0; i < slots; i++) {
         RptEntry *entry = &stat->entries[i];

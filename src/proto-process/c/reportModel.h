@@ -96,7 +96,8 @@ bool rptBufLenInit(u32 limitBytes);
 u32 rptMemoryLimit();
 // First state of a block with its monitor and its ring. False, after a message, without a data set.
 bool rcbStatInit(RCBStat *stat, RCB *rcb);
-// Makes the pool and the ring with the value trees of every entry. False without a data set.
+// Makes the pool and the ring with the value trees of every entry. False without a data set, or when a ring
+// would exceed the 32 bits of a pool.
 bool rptDataBufInit(RCB *rcb);
 
 // ---------------------------------------------------------------------------------- attributes

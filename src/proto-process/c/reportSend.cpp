@@ -1,5 +1,6 @@
 // The sending side of report control: from a block's ring to the client that owns it.
 #include "DebugInfo/DebugInfo.h"
+#include "basicInterface/dataParts.h"
 #include "device/addressBinding.h"
 #include "device/externGlbCfg.h"
 #include "platform/shared.h"
@@ -59,6 +60,20 @@ void countSent(RCB *rcb, const ReportUnderWay &report) {
     }
 }
 
+// Gives the numbers of a value that was never filled their longest encoding; its strings have their
+// full length already.
+void widen(Data *data, int depth) {
+    if (data->choiceId == Data::integer) {
+        data->int_ = INT32_MIN;
+    } else if (data->choiceId == Data::unsignedInt) {
+        data->uint_ = UINT32_MAX;
+    } else if (isList(data) && depth < maxWalkDepth) {
+        for (MemberCursor member = firstMember(data); member.value() != nullptr; member.advance()) {
+            widen(member.value(), depth + 1);
+        }
+    }
+}
+
 } // namespace
 
 bool getSendData(RCB *rcb, RptEntry **entryOut) {
@@ -100,11 +115,13 @@ void nameOversizedBlocks() {
     ReportMaker trial{};
     reportMakerInit(&trial);
     for (u32 i = 0; i < gCBNum.rcbNum; i++) {
-        // The parts of an entry that was never filled have their full length.
         RCB widest = aRCBObj[i];
         widest.OptFlds = optFldsMask(&widest);
         RptEntry *entry = entryAt(widest.pStat, 0);
         std::memset(entry->included, 1, widest.pDataSet->memberNum);
+        for (u32 member = 0; member < widest.pDataSet->memberNum; member++) {
+            widen(&entry->data[member], 0);
+        }
         if (encodeReport(&trial, &widest, entry) == 0) {
             dbInfo(
                 DbRPT, DbERR, "rptModelInit",
