@@ -60,16 +60,15 @@ struct NineMembers : ReportModel {
     }
 };
 
-// The frame of an entry's report.
-std::string encoded(const RptEntry *entry) {
-    static PacketBuf pdu;
-    initPdu(&pdu, true);
-    std::vector<u8> buffer(externGlbCfg.sendBufSize);
-    EXPECT_TRUE(rptPackProc(&pdu, aRCBObj, entry));
-    const u32 length = encPacket(&pdu, buffer.data(), externGlbCfg.sendBufSize);
-    initPdu(&pdu, false);
-    const u8 *first = buffer.data() + externGlbCfg.sendBufSize - length - 1;
-    return hexText({first, length});
+// The frame of an entry's report, built in an arena of that size at most.
+std::string encoded(const RptEntry *entry, std::size_t arena = SIZE_MAX) {
+    ReportMaker maker{};
+    reportMakerInit(&maker);
+    maker.arena.size = std::min(maker.arena.size, arena);
+    const u32 length = encodeReport(&maker, aRCBObj, entry);
+    const std::string text = hexText({maker.buffer + externGlbCfg.sendBufSize - length - 1, length});
+    reportMakerFree(&maker);
+    return text;
 }
 
 // The frame of a report with those access results.
@@ -180,6 +179,16 @@ TEST(ReportEncoding, GivesNothingForAPacketThatIsTooSmall) {
     const LogLines log;
     nameOversizedBlocks();
     EXPECT_EQ(log.lines().size(), 1U);
+}
+
+TEST(ReportEncoding, FinishesOnTheHeapWhatDoesNotFitTheArena) {
+    NineMembers model("Tiny/LLN0$BR$b", 0x7FC0);
+    model.interrogate();
+    const std::string whole = encoded(entryAt(aRCBStat, 1));
+    for (const std::size_t size : {0U, 64U, 1000U}) {
+        EXPECT_EQ(encoded(entryAt(aRCBStat, 1), size), whole) << size; // and the entry keeps its values
+    }
+    EXPECT_EQ(encoded(entryAt(aRCBStat, 1)), whole);
 }
 
 TEST(ReportEncoding, MarksMembersFromTheTopOfTheFirstOctet) {

@@ -17,10 +17,13 @@ namespace {
 
 constexpr u32 always0 = 0; // SubSeqNum and MoreSegmentsFollow: a report is never split
 
-Data *appendSuccess(AsnList *list) {
+Data *appendSuccess(AsnList *list, Data *data) {
     auto *result = asnListPush(list, MallocOf<AccessResult>());
     result->choiceId = AccessResult::success;
-    return result->success_ = MallocOf<Data>();
+    return result->success_ = data;
+}
+Data *appendSuccess(AsnList *list) {
+    return appendSuccess(list, MallocOf<Data>());
 }
 
 // One component of a report: present when one of its option bits is set, or always without one.
@@ -89,13 +92,8 @@ void fill_ds_ref(AsnList *list, const DataSet *dataSet, const u8 *included) {
     }
 }
 
-void fill_ds_data(AsnList *list, const DataSet *dataSet, const Data *data, const u8 *included) {
-    const AsnListElement *element = dataSet->nodes->first;
-    for (u32 i = 0; element != nullptr; element = element->next, i++) {
-        if (included[i] == 1) {
-            copyDataNew(appendSuccess(list), &data[i], asnListValue<GenNode>(element));
-        }
-    }
+void fill_ds_data(AsnList *list, u32 memberNum, Data *data, const u8 *included) {
+    forEachIncluded(memberNum, included, [&](u32 i) { appendSuccess(list, &data[i]); });
 }
 
 void rpt_rcb_model(InformationReport *report, const RCB *rcb, const RptEntry *entry) {
@@ -125,7 +123,7 @@ void rpt_rcb_model(InformationReport *report, const RCB *rcb, const RptEntry *en
     if ((rcb->OptFlds & OptDataRef) != 0) {
         fill_ds_ref(list, dataSet, entry->included);
     }
-    fill_ds_data(list, dataSet, entry->data, entry->included);
+    fill_ds_data(list, dataSet->memberNum, entry->data, entry->included);
     if ((rcb->OptFlds & OptReason) != 0) {
         forEachIncluded(dataSet->memberNum, entry->included,
                         [&](u32 i) { fill_list_sucess(list, TypeTrgOps, &entry->reasons[i]); });
@@ -157,6 +155,18 @@ bool rptPackProc(PacketBuf *pdu, const RCB *rcb, const RptEntry *entry) {
     return true;
 }
 
+void freeReport(PacketBuf *pdu, const RCB *rcb, const RptEntry *entry) {
+    const Unconfirmed_PDU *unconfirmed = firstMmsPdu(&pdu->ppdu.userData)->unconfirmed_PDU;
+    const AsnList *results = unconfirmed->service->informationReport_->listOfAccessResult;
+    for (AsnListElement *element = results->first; element != nullptr; element = element->next) {
+        auto *result = asnListValue<AccessResult>(element);
+        if (result->success_ >= entry->data && result->success_ < entry->data + rcb->pDataSet->memberNum) {
+            result->success_ = nullptr;
+        }
+    }
+    initPdu(pdu, false);
+}
+
 void reportMakerInit(ReportMaker *maker) {
     // Octets of a tree for each octet of its encoding, generously; a larger one is finished on the heap.
     constexpr std::size_t treeOctets = 16;
@@ -175,7 +185,10 @@ u32 encodeReport(ReportMaker *maker, const RCB *rcb, const RptEntry *entry) {
     const ArenaScope scope(&maker->arena);
     rptPackProc(&maker->pdu, rcb, entry);
     const u32 length = encPacket(&maker->pdu, maker->buffer, externGlbCfg.sendBufSize);
-    initPdu(&maker->pdu, !maker->arena.full); // a tree that lies in the arena alone needs no walk
+    if (maker->arena.full) {
+        freeReport(&maker->pdu, rcb, entry);
+    }
+    initPdu(&maker->pdu, true); // a tree that lies in the arena alone needs no walk
     return length;
 }
 

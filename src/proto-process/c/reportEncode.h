@@ -8,9 +8,11 @@
 
 namespace ied {
 
-// Builds the report of an entry with all layers into the empty `pdu`, which owns what it gets: free it
-// with initPdu. The lock of the block is held. Returns true.
+// Builds the report of an entry with all layers into the empty `pdu`. It borrows the values of the
+// entry and owns all else: free it with freeReport. The lock of the block is held from before the call
+// until then. Returns true.
 bool rptPackProc(PacketBuf *pdu, const RCB *rcb, const RptEntry *entry);
+void freeReport(PacketBuf *pdu, const RCB *rcb, const RptEntry *entry);
 // The presentation layer, the MMS PDU and the report in it.
 void rpt_ppdu_8823(Ppdu8823 *ppdu, const RCB *rcb, const RptEntry *entry);
 void rpt_apdu_mms(MMSpdu *mms, const RCB *rcb, const RptEntry *entry);
@@ -20,7 +22,8 @@ void rpt_rcb_model(InformationReport *report, const RCB *rcb, const RptEntry *en
 void fill_list_sucess(AsnList *list, u8 type, const void *address);
 void fill_include_bits(AsnList *list, u32 memberNum, const u8 *included);
 void fill_ds_ref(AsnList *list, const DataSet *dataSet, const u8 *included);
-void fill_ds_data(AsnList *list, const DataSet *dataSet, const Data *data, const u8 *included);
+// The values themselves, not copies of them.
+void fill_ds_data(AsnList *list, u32 memberNum, Data *data, const u8 *included);
 
 // What a task makes reports with.
 struct ReportMaker {
