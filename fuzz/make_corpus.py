@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the seeds of the fuzz targets: one good conversation a file, its octets put together by hand
+"""Writes the seeds of the fuzz targets: one good conversation or script a file, its octets put by hand
 from ISO 9506-2, ISO 8823, ISO 8327 and ISO 8073. Found inputs that are worth keeping stand beside them.
 
 usage: make_corpus.py CORPUS_DIR
@@ -114,8 +114,48 @@ def streams():
     yield "headers", b"\0" + bytes.fromhex("03000004 03000007 02F080 0300000B 06E0 0000 0001 00")
 
 
+CHANGE, MONITOR, REPORT, REFUSE = b"\x06\x00", b"\x08", b"\x0a", b"\x8f"
+ATTRIBUTES = ("RptID RptEna Resv DatSet ConfRev OptFlds BufTm SqNum TrgOps IntgPd GI PurgeBuf EntryID TimeOfEntry"
+              ).split()
+TRUE, FALSE = b"\x80", b"\x00"
+
+
+def attribute(block, name, value, client=0):
+    return bytes([0, block | client << 1 | ATTRIBUTES.index(name) << 2]) + value
+
+
+def meanwhile(*steps):
+    return bytes([0x0f + 0x10 * (len(steps) - 1)]) + REPORT + b"".join(steps)
+
+
+def report_scripts():
+    """Steps of the target of reports: block 0 is buffered, block 1 is not."""
+    entry = CHANGE + MONITOR
+    for block in 0, 1:
+        on, off = attribute(block, "RptEna", TRUE), attribute(block, "RptEna", FALSE)
+        yield "flow%d" % block, on + entry * 3 + REPORT * 4
+        yield "overflow%d" % block, on + entry * 9 + REPORT * 8
+        yield "refused%d" % block, on + entry * 2 + REFUSE + REPORT * 4
+        yield "switched%d" % block, on + entry * 4 + REPORT + meanwhile(off, on) + entry + REPORT * 5
+        yield "vanished%d" % block, on + entry * 3 + REPORT + b"\x0e" + on + entry + REPORT * 5
+        yield "vanishing%d" % block, on + entry * 3 + meanwhile(b"\x0e", on) + entry + REPORT * 5
+        yield "gathered%d" % block, attribute(block, "BufTm", b"\x02\x50") + on + (CHANGE + b"\x06\x01" + MONITOR) * 2 + (
+            b"\x7d" + MONITOR + REPORT)
+        yield "asked%d" % block, on + attribute(block, "GI", TRUE) + MONITOR + meanwhile(attribute(block, "GI", TRUE)) + (
+            MONITOR + REPORT * 2)
+        yield "period%d" % block, attribute(block, "IntgPd", b"\x02\x60") + on + (b"\xfd" + MONITOR + REPORT) * 3
+        yield "foreign%d" % block, on + attribute(block, "RptEna", FALSE, 1) + attribute(block, "BufTm", b"\x02\x60", 1)
+    on, off, purge = (attribute(0, *what) for what in (("RptEna", TRUE), ("RptEna", FALSE), ("PurgeBuf", TRUE)))
+    at = [attribute(0, "EntryID", bytes([5, number])) for number in range(5)]
+    yield "purged", entry * 3 + purge + on + entry * 2 + REPORT * 3
+    yield "purging", entry * 4 + on + REPORT + meanwhile(off, purge, on) + entry * 3 + REPORT * 4
+    yield "resumed", entry * 4 + on + REPORT * 4 + off + at[2] + on + REPORT * 3 + off + at[0] + on + REPORT * 6
+    yield "resuming", entry * 4 + on + REPORT * 3 + meanwhile(off, at[1], on) + REPORT * 5
+
+
 def main(folder):
-    seeds = {"requests": {k: confirmed(octets(v)) for k, v in REQUESTS.items()}, "frames": dict(streams())}
+    seeds = {"requests": {k: confirmed(octets(v)) for k, v in REQUESTS.items()}, "frames": dict(streams()),
+             "reports": dict(report_scripts())}
     seeds["requests"].update({k: octets(v) for k, v in OTHER_PDUS.items()})
     for i, value in enumerate(VALUES):
         seeds["requests"]["value%d" % i] = confirmed(write([variable(ALL + "$" + n) for n in
