@@ -1,22 +1,25 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the benches optimised, runs them, and prints machine, date and one
-# table of figures. About two minutes. Load on the machine spoils the figures: it is printed, too.
+# table of figures. About four minutes. Load on the machine spoils the figures: it is printed, too.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$root/tools/prepare.sh"
 
-benches=(codec startup refresh)
+benches=(codec startup refresh report)
+drivers=(read event) # of the server's binary
 results=$(mktemp -d)
 trap 'rm -rf "$results"' EXIT
 
 load() { cut -d' ' -f1 /proc/loadavg; }
 
 need_packages "${build_packages[@]}" libbenchmark-dev
-build bench ied-server read_bench "${benches[@]/%/_bench}"
+build bench ied-server "${drivers[@]/%/_bench}" "${benches[@]/%/_bench}"
 cd "$root"
 
 before=$(load)
-build/bench/bin/read_bench >"$results/read.tsv"
+for bench in "${drivers[@]}"; do
+    "build/bench/bin/${bench}_bench" >"$results/$bench.tsv"
+done
 for bench in "${benches[@]}"; do
     "build/bench/bin/${bench}_bench" --benchmark_format=json --benchmark_repetitions=7 \
         --benchmark_min_time=0.1 --benchmark_report_aggregates_only=true \

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Prints the figures of a bench run as one table. Argument: the folder with the benches' outputs:
-read.tsv (rows of read_bench), and codec.json, startup.json, refresh.json of Google Benchmark."""
+read.tsv and event.tsv (rows of those benches), and codec.json, startup.json, refresh.json, report.json
+of Google Benchmark."""
 import json
 import pathlib
 import sys
@@ -64,11 +65,31 @@ def refresh_rows(path):
             against("refresh cycle, nothing changed", figures["nothingChanged"][0], copy, "row-wise copy")]
 
 
+def report_rows(path):
+    figures = medians(path)
+    compare, entry = figures["compareLeaves"]
+    rows = [against(f"compare {entry['leaves']:.0f} monitored leaves", compare, figures["plainCompare"][0],
+                    "plain load and compare", "3")]
+    for size, members in enumerate([1, 32, 500]):
+        encoded, entry = figures[f"buildAndEncode/{size}"]
+        report = f"report of {members} member{'s' * (members > 1)}"
+        rows.append(against(f"build and encode a {report}, {entry['octets']:.0f} octets", encoded,
+                            figures[f"copyOfOctets/{size}"][0], "copying its octets"))
+        rows.append(against(f"build and send a {report}", figures[f"buildAndSend/{size}"][0],
+                            figures[f"bareSend/{size}"][0], "bare send of its frames", "3"))
+    return rows
+
+
+def tsv_rows(path):
+    return [line.split("\t") for line in path.read_text().splitlines()]
+
+
 def main():
     folder = pathlib.Path(sys.argv[1])
-    rows = [line.split("\t") for line in (folder / "read.tsv").read_text().splitlines()]
+    rows = tsv_rows(folder / "read.tsv")
     rows += codec_rows(folder / "codec.json")
     rows += startup_rows(folder / "startup.json") + refresh_rows(folder / "refresh.json")
+    rows += report_rows(folder / "report.json") + tsv_rows(folder / "event.tsv")
     rows = [["figure", "measured", "against", "ratio", "bound"]] + rows
     widths = [max(len(row[i]) for row in rows) for i in range(5)]
     rows.insert(1, ["-" * width for width in widths])

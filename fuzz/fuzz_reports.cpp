@@ -201,6 +201,7 @@ void writeAttribute(World &w) {
     const bool wasEnabled = rcb.pStat->lastRptEna == 1;
     i8 error = DaeNone;
     const bool written = writeDataHandle(data, node, &error, slot);
+    const std::string shownData = show(data);
     freeHeap(data);
     demand(written == (error == DaeNone), "either done or refused");
     Expected &e = w.expected[which & 1];
@@ -222,8 +223,8 @@ void writeAttribute(World &w) {
         e.orEntryId.reset();
     } else if (attribute == "EntryID") {
         e = {};
-        const u64 id = std::stoull(hexText({rcb.EntryID, 8}), nullptr, 16); // as it was written
-        e.entryId = id == 0 ? std::nullopt : std::optional<u64>(id + 1);
+        const u64 id = std::stoull(shownData.substr(std::strlen("octets ")), nullptr, 16);
+        e.entryId = id == 0 ? std::nullopt : std::optional<u64>(id + 1); // zeros: from the oldest on
     } else if (attribute == "TrgOps") {
         w.changed = false; // the block begins to compare with what is there now
     }
