@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <fstream>
 #include <sched.h>
-#include <sstream>
 #include <stdexcept>
 
 namespace ied::bench {
@@ -45,21 +44,6 @@ void bindTo(pid_t thread, int cpu) {
     CPU_ZERO(&set);
     CPU_SET(static_cast<std::size_t>(cpu), &set);
     sched_setaffinity(thread, sizeof set, &set);
-}
-
-std::uint64_t privateOctets(pid_t process) {
-    std::ifstream file(procPath(process, "smaps_rollup"));
-    std::uint64_t sum = 0;
-    std::string line;
-    while (std::getline(file, line)) {
-        std::istringstream fields(line);
-        std::string key;
-        std::uint64_t kib = 0;
-        if (fields >> key >> kib && (key == "Private_Clean:" || key == "Private_Dirty:")) {
-            sum += kib * 1024;
-        }
-    }
-    return sum;
 }
 
 } // namespace ied::bench

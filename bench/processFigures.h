@@ -1,4 +1,4 @@
-// What the host says of a process: the CPU time of one thread, the memory that is its own.
+// What the host says of a process: the CPU time of one thread.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,5 @@ pid_t threadNamed(pid_t process, const std::string &name);
 std::uint64_t cpuNs(pid_t process, pid_t thread);
 // Binds a thread to a CPU of the host; without effect where the host has no such CPU.
 void bindTo(pid_t thread, int cpu);
-
-// Resident octets of a process that no other shares.
-std::uint64_t privateOctets(pid_t process);
 
 } // namespace ied::bench

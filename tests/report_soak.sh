@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # A hundred thousand ring entries while eight clients are subscribed, of which one never reads, one
 # vanishes and resumes, and one enables and disables without pause: each entry comes once and in
-# order. Runs for about a quarter of an hour, so ./test has a short form only. IED_RING_ENTRIES sets
+# order, what overflowed lost its oldest alone and says so, and memory stays. Runs for about a quarter of an hour, so ./test has a short form only. IED_RING_ENTRIES sets
 # another number, PRESET another build (asan, tsan).
 set -euo pipefail
 

@@ -1,6 +1,7 @@
 // Ring entries without pause while eight clients are subscribed: every entry of every block reaches
 // the clients that read once and in order, whatever the others do.
 #include "tests/support/reports.h"
+#include "tests/support/ringEvents.h"
 #include "tests/support/serverFixture.h"
 
 #include <algorithm>
@@ -17,23 +18,7 @@ using ied::u8;
 
 namespace {
 
-constexpr u32 firstSecond = 1700000000;
-
-// A ring of the region: a counter and its slots.
-struct Ring {
-    std::size_t counterAt;
-    u32 slots;
-    u32 slotSize;
-    u32 stateAt;
-    u32 stateWidth;
-    u32 bits; // that the instrument has
-};
-constexpr Ring rings[] = {
-    {20243936, 100, 16, 14, 1, 8},  // digital inputs
-    {20245540, 100, 20, 14, 2, 6},  // outputs
-    {20247544, 100, 20, 16, 4, 32}, // setpoints
-    {20249548, 100, 20, 16, 4, 8},  // logic
-};
+constexpr Ring rings[] = {inputRing, outputRing, setpointRing, logicRing};
 constexpr std::size_t pqCounterAt = 20199824;
 constexpr u32 pqSlots = 1024, pqSlotSize = 36;
 
@@ -50,28 +35,11 @@ const Block blocks[] = {
 };
 constexpr std::size_t pqRing = 4;
 
-// One more entry of a status ring: one bit changes, and the entry's number stands in its time.
-void addState(Region &region, const Ring &ring, u32 number, u32 *state) {
-    *state ^= 1U << (number % ring.bits);
-    const std::size_t slot = ring.counterAt + 4 + std::size_t{number % ring.slots} * ring.slotSize;
-    put<u32>(region, slot, firstSecond + number);
-    put<u32>(region, slot + 4, 0);
-    put<u8>(region, slot + 8, 10);
-    if (ring.stateWidth == 1) {
-        put<u8>(region, slot + ring.stateAt, static_cast<u8>(*state));
-    } else if (ring.stateWidth == 2) {
-        put<u16>(region, slot + ring.stateAt, static_cast<u16>(*state));
-    } else {
-        put<u32>(region, slot + ring.stateAt, *state);
-    }
-    raise(region, ring.counterAt);
-}
-
 // One more transient, which is shown by two entries.
 void addTransient(Region &region, u32 number) {
     const std::size_t slot = pqCounterAt + 4 + std::size_t{number % pqSlots} * pqSlotSize;
     put<u8>(region, slot + 2, 2);
-    put<u32>(region, slot + 4, firstSecond + number);
+    put<u32>(region, slot + 4, firstRingSecond + number);
     put<u32>(region, slot + 8, 0);
     put<u8>(region, slot + 12, 10);
     put<float>(region, slot + 16, 150.0F);
@@ -132,7 +100,7 @@ void take(const Block &block, Received *got, const Report &report) {
     const std::size_t ring =
         block.ringsOf.size() == 1 || member < inputs ? block.ringsOf[0] : block.ringsOf[1];
     const std::vector<u32> seconds = secondsIn(report);
-    if (seconds.size() != 1 || seconds[0] != firstSecond + got->ofRing[ring]) {
+    if (seconds.size() != 1 || seconds[0] != firstRingSecond + got->ofRing[ring]) {
         note(got, "not the entry " + std::to_string(got->ofRing[ring]) + " of its ring");
     }
     got->ofRing[ring]++;
@@ -140,7 +108,7 @@ void take(const Block &block, Received *got, const Report &report) {
 
 // One subscribed client and what it got.
 struct Subscriber {
-    std::size_t number;
+    std::size_t number = 0;
     RawClient client;
     std::array<Received, std::size(blocks)> got;
     bool inOrder = true; // nothing lost, nothing doubled
@@ -180,6 +148,8 @@ struct Plan {
     Milliseconds pace; // from one to the next
     std::uint16_t port = 0;
     std::atomic<bool> done = false;
+    std::uint64_t memoryEarly = 0; // private octets of the server, all clients at work
+    std::uint64_t memoryLate = 0;
 };
 
 u32 expectedTotal(const Plan &plan) {
@@ -198,6 +168,12 @@ void readAll(Subscriber *subscriber, const Plan *plan) {
     }
 }
 
+// Writes again until the slot of a client that has gone no longer owns the block.
+bool writeWhenFree(Subscriber *subscriber, const std::string &block, const char *attribute,
+                   const std::string &data, std::vector<Report> *reports = nullptr) {
+    return waitUntil([&] { return writeAttribute(subscriber->client, block, attribute, data, reports); });
+}
+
 // Reads for a while, vanishes, comes back and goes on behind the last entry that it had.
 void vanishAndResume(Subscriber *subscriber, const Plan *plan) {
     while (subscriber->total() < expectedTotal(*plan) / 3) {
@@ -213,13 +189,8 @@ void vanishAndResume(Subscriber *subscriber, const Plan *plan) {
         const std::string id =
             subscriber->got[i].lastId == 0 ? "" : tlv("89", hexNumber(subscriber->got[i].lastId, 8));
         std::vector<Report> early;
-        const auto put = [&](const char *attribute, const std::string &data) {
-            return waitUntil([&] { // the slot of the vanished client may still own the block
-                return writeAttribute(subscriber->client, block, attribute, data, &early);
-            });
-        };
-        EXPECT_TRUE(id.empty() || put("EntryID", id)) << block;
-        EXPECT_TRUE(put("RptEna", "830101")) << block;
+        EXPECT_TRUE(id.empty() || writeWhenFree(subscriber, block, "EntryID", id, &early)) << block;
+        EXPECT_TRUE(writeWhenFree(subscriber, block, "RptEna", "830101", &early)) << block;
         for (const Report &report : early) {
             subscriber->accept(report);
         }
@@ -255,16 +226,78 @@ void neverRead(Subscriber *subscriber, const Plan *plan) {
     }
 }
 
-void playInstrument(Region &region, Plan *plan) {
+// After the client that never read, from the oldest entry on: of each block the newest are there, in
+// order, and the first one says that older ones are lost.
+void expectOnlyTheOldestLost(Subscriber *subscriber, const Plan &plan) {
+    constexpr u32 leastDepth = 20, mostDepth = 100;
+    for (const Block &block : blocks) {
+        const std::string name = instance(block, subscriber->number);
+        const u32 entries =
+            plan.entries * (block.ringsOf.front() == pqRing ? 2 : static_cast<u32>(block.ringsOf.size()));
+        ASSERT_TRUE(writeWhenFree(subscriber, name, "EntryID", "8908 0000000000000000")) << name;
+        ASSERT_TRUE(writeAttribute(subscriber->client, name, "RptEna", "830101")) << name;
+        std::uint64_t last = 0;
+        u32 arrived = 0;
+        while (last < entries) {
+            const auto report = receiveReport(subscriber->client);
+            ASSERT_TRUE(report && report->entryId) << name << " behind entry " << last;
+            EXPECT_EQ(report->bufOvfl, arrived == 0 && *report->entryId != 1)
+                << name << " entry " << *report->entryId;
+            EXPECT_TRUE(arrived == 0 || *report->entryId == last + 1) << name << " behind entry " << last;
+            last = *report->entryId;
+            if (block.ringsOf.size() == 1 && block.ringsOf.front() != pqRing) {
+                EXPECT_EQ(secondsIn(*report), std::vector<u32>{firstRingSecond + static_cast<u32>(last) - 1})
+                    << name;
+            }
+            ++arrived;
+        }
+        EXPECT_EQ(last, entries) << name;
+        EXPECT_GE(arrived, std::min(entries, leastDepth)) << name;
+        EXPECT_LE(arrived, mostDepth) << name;
+    }
+}
+
+void expectSteadyMemory(const Plan &plan) {
+    constexpr std::uint64_t tolerance = 512 * 1024; // what the heap keeps moves
+    std::printf("private memory %.1f MiB, later %.1f MiB\n", static_cast<double>(plan.memoryEarly) / 1048576,
+                static_cast<double>(plan.memoryLate) / 1048576);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they keep what was freed
+    EXPECT_LE(plan.memoryLate, plan.memoryEarly + tolerance);
+#endif
+}
+
+// Eight new clients at once, each of which is served.
+void expectRoomForEight(const Plan &plan) {
+    std::array<Subscriber, 8> fresh;
+    for (std::size_t i = 0; i < fresh.size(); i++) {
+        fresh[i].number = i;
+        fresh[i].connect(plan.port);
+    }
+    for (Subscriber &subscriber : fresh) {
+        const std::string block = instance(blocks[0], subscriber.number);
+        EXPECT_TRUE(writeWhenFree(&subscriber, block, "PurgeBuf", "830101"));
+        EXPECT_TRUE(writeWhenFree(&subscriber, block, "RptEna", "830101"));
+        EXPECT_TRUE(writeAttribute(subscriber.client, block, "GI", "830101"));
+        const auto report = receiveReport(subscriber.client);
+        EXPECT_TRUE(report && report->entryId == 1U) << block;
+        disconnect(subscriber.client);
+    }
+}
+
+void playInstrument(ServerProcess &server, Plan *plan) {
     std::array<u32, std::size(rings)> states{};
     for (u32 number = 0; number < plan->entries; number++) {
         for (std::size_t i = 0; i < std::size(rings); i++) {
-            addState(region, rings[i], number, &states[i]);
+            addState(server.region, rings[i], number, &states[i]);
         }
-        addTransient(region, number);
-        raise(region, 11812); // and the measurements
+        addTransient(server.region, number);
+        raise(server.region, 11812); // and the measurements
         std::this_thread::sleep_for(plan->pace);
+        if (number == plan->entries / 3) {
+            plan->memoryEarly = privateOctets(server.process.pid);
+        }
     }
+    plan->memoryLate = privateOctets(server.process.pid);
     plan->done = true;
 }
 
@@ -293,7 +326,7 @@ TEST(ReportSoak, EveryEntryReachesThoseWhoReadOnceAndInOrder) {
     for (std::size_t i = 0; i < 5; i++) {
         threads.emplace_back(readAll, &subscribers[i], &plan);
     }
-    playInstrument(server.region, &plan);
+    playInstrument(server, &plan);
     for (std::thread &thread : threads) {
         thread.join();
     }
@@ -303,6 +336,13 @@ TEST(ReportSoak, EveryEntryReachesThoseWhoReadOnceAndInOrder) {
         }
         disconnect(subscriber.client);
     }
+    Subscriber successor;
+    successor.number = 5;
+    successor.connect(server.port);
+    expectOnlyTheOldestLost(&successor, plan);
+    disconnect(successor.client);
+    expectRoomForEight(plan);
+    expectSteadyMemory(plan);
     EXPECT_TRUE(servesHonestClient(server.port));
     EXPECT_TRUE(waitUntil([&] { return socketCount(server.process.pid) == idleSockets; }));
     EXPECT_EQ(descriptorCount(server.process.pid), idleDescriptors);

@@ -146,6 +146,21 @@ std::size_t socketCount(pid_t pid) {
     return count;
 }
 
+std::uint64_t privateOctets(pid_t pid) {
+    std::ifstream file("/proc/" + std::to_string(pid) + "/smaps_rollup");
+    std::uint64_t sum = 0;
+    std::string line;
+    while (std::getline(file, line)) {
+        std::istringstream fields(line);
+        std::string key;
+        std::uint64_t kib = 0;
+        if (fields >> key >> kib && (key == "Private_Clean:" || key == "Private_Dirty:")) {
+            sum += kib * 1024;
+        }
+    }
+    return sum;
+}
+
 std::string fullIcd() {
     return std::string(IED_SOURCE_DIR) + "/device/tffs0/ZRX418.icd";
 }

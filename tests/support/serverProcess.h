@@ -69,6 +69,8 @@ bool listening(std::uint16_t port);
 // Open descriptors and established sockets of a process.
 std::size_t descriptorCount(pid_t pid);
 std::size_t socketCount(pid_t pid);
+// Resident octets of a process that no other shares.
+std::uint64_t privateOctets(pid_t pid);
 
 // The instrument's own ICD file.
 std::string fullIcd();
