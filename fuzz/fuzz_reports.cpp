@@ -126,8 +126,9 @@ void takeReport(World &w, const RCB &rcb, const Report &report) {
         if (!report.included.at(i)) {
             continue;
         }
-        const std::string &value = report.values.at(next);
-        const auto number = static_cast<u32>(std::stoul(value.substr(value.rfind("86") + 4), nullptr, 16));
+        const std::string &value = report.values.at(next); // the leaf itself or its object, a structure
+        const std::size_t content = value.starts_with("A2") ? 8 : 4;
+        const auto number = static_cast<u32>(std::stoul(value.substr(content), nullptr, 16));
         demand(number <= w.values[i], "a value that was never there");
         if (!report.reasons.empty() && report.reasons.at(next) == "0240") {
             demand(number > e.lastChange[i], "a change is told twice");
