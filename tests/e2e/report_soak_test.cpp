@@ -261,7 +261,7 @@ void expectSteadyMemory(const Plan &plan) {
     std::printf("private memory %.1f MiB, later %.1f MiB\n", static_cast<double>(plan.memoryEarly) / 1048576,
                 static_cast<double>(plan.memoryLate) / 1048576);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they keep what was freed
-    constexpr std::uint64_t tolerance = 512 * 1024; // what the heap keeps moves
+    constexpr std::uint64_t tolerance = 512 * 1024;                 // what the heap keeps moves
     EXPECT_LE(plan.memoryLate, plan.memoryEarly + tolerance);
 #endif
 }
