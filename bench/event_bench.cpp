@@ -3,6 +3,7 @@
 // the bench is instrument and client.
 //
 // Prints a row a figure, its fields parted by tabs: what, measured, held against, ratio, bound.
+#include "bench/driver.h"
 #include "tests/support/reports.h"
 #include "tests/support/ringEvents.h"
 #include "tests/support/serverProcess.h"
@@ -150,11 +151,5 @@ void run() {
 } // namespace ied::bench
 
 int main() {
-    try {
-        ied::bench::run();
-    } catch (const std::exception &failure) {
-        std::fprintf(stderr, "event_bench: %s\n", failure.what());
-        return 1;
-    }
-    return 0;
+    return ied::bench::drive("event_bench", ied::bench::run);
 }

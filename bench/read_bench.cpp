@@ -3,6 +3,7 @@
 // loopback: the client on one CPU, the servers in turn on another, each a process of its own.
 //
 // Prints a row a figure, its fields parted by tabs: what, measured, held against, ratio, bound.
+#include "bench/driver.h"
 #include "bench/echoServer.h"
 #include "bench/processFigures.h"
 #include "tests/support/rawMms.h"
@@ -264,11 +265,5 @@ void run() {
 } // namespace ied::bench
 
 int main() {
-    try {
-        ied::bench::run();
-    } catch (const std::exception &failure) {
-        std::fprintf(stderr, "read_bench: %s\n", failure.what());
-        return 1;
-    }
-    return 0;
+    return ied::bench::drive("read_bench", ied::bench::run);
 }
