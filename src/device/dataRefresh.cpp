@@ -259,11 +259,10 @@ bool dataRefreshStart() {
         waited = true;
         taskDelay(halfSecond);
     }
-    if (waited) { // what hangs on no change counter was read when it was not filled yet
-        namePlates();
-        stDataInit();
-        RDDataInit();
-    }
+    // The region may have been empty or half filled when it was read first, and not all of it hangs on a
+    // change counter.
+    namePlates();
+    regionFirstRead();
     if (spawnTask("t61850Update", updatePriority, updateStack, refreshLocalData, 1) != taskNone) {
         return true;
     }

@@ -29,8 +29,8 @@ struct RefreshState {
 };
 extern RefreshState refreshState;
 
-// Waits without limit for the region's ready word, then starts the task. Where it had to wait, it
-// reads the name plates and the first states again. False if the task cannot be started.
+// Waits without limit for the region's ready word, reads again what the start has read from the region,
+// and starts the task. False if the task cannot be started.
 bool dataRefreshStart();
 // Task body; never returns.
 void refreshLocalData(TaskArgument);

@@ -111,6 +111,9 @@ void relatedDataRefresh(bool force, u8 group);
 void specDataInit();
 // The name plates among them, which show numbers and versions of the instrument.
 void namePlates();
+// What the mirror holds of the region before the refresh task begins: the parameters and what hangs on
+// them, the first states, the numbers of records.
+void regionFirstRead();
 // Zeroes elements 0 and 1 of the record's arrays, of the fourth one only with `hasNeut`.
 void invalidHarDeal(HWYE *record, bool hasNeut);
 // pulsQty 1.0 in every energy register.

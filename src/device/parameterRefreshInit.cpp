@@ -2,6 +2,7 @@
 // hangs on the parameters.
 #include "DebugInfo/DebugInfo.h"
 #include "basicInterface/clock.h"
+#include "basicInterface/sharedText.h"
 #include "device/measTables.h"
 #include "device/parameterMaps.h"
 #include "device/parameterRefresh.h"
@@ -10,7 +11,9 @@
 #include "device/statusRefresh.h"
 #include "model-gen/c/sclRecords.h"
 
+#include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 namespace ied {
 
@@ -47,9 +50,19 @@ static_assert(MirrorPath<MV>("MON.rt.last.min.HHz").offset - MirrorPath<MV>("MON
               3 * (MirrorPath<MV>("MON.rt.now.min.HHz").offset -
                    MirrorPath<MV>("MON.rt.now.max.HHz").offset));
 
+// Reports may read the plates meanwhile.
+[[gnu::format(printf, 2, 3)]] void printPlate(char (&plate)[256], const char *format, ...) {
+    char text[sizeof plate];
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    storeSharedText(plate, text, static_cast<u32>(std::strlen(text)));
+}
+
 // Versions are decimal digits aabbcc.
-void printVersion(char (&text)[256], u32 version) {
-    std::snprintf(text, sizeof text, "V%u.%02u.%02u", version / 10000, version % 10000 / 100, version % 100);
+void printVersion(char (&plate)[256], u32 version) {
+    printPlate(plate, "V%u.%02u.%02u", version / 10000, version % 10000 / 100, version % 100);
 }
 
 } // namespace
@@ -58,18 +71,17 @@ void namePlates() {
     LPL &device = mirror<LPL>("MICS.NamPlt");
     const u32 config = regionLoad(region::cfgVersion);
     const u32 software = regionLoad(region::swVersion);
-    std::snprintf(device.vendor, sizeof device.vendor, "ORV");
-    std::snprintf(device.ldNs, sizeof device.ldNs, "IEC 61850-7-4:2003");
-    std::snprintf(device.configRev, sizeof device.configRev, "V%02u.%02u", config % 10000 / 100,
-                  config % 100);
+    printPlate(device.vendor, "ORV");
+    printPlate(device.ldNs, "IEC 61850-7-4:2003");
+    printPlate(device.configRev, "V%02u.%02u", config % 10000 / 100, config % 100);
     printVersion(device.swRev, software);
 
     DPL &physical = mirror<DPL>("MICS.PhyNam");
-    std::snprintf(physical.vendor, sizeof physical.vendor, "ORV");
-    std::snprintf(physical.serNum, sizeof physical.serNum, "%010u", regionLoad(region::serialNumber));
+    printPlate(physical.vendor, "ORV");
+    printPlate(physical.serNum, "%010u", regionLoad(region::serialNumber));
     printVersion(physical.swRev, software);
     printVersion(physical.hwRev, regionLoad(region::hwVersion));
-    std::snprintf(physical.model, sizeof physical.model, "%s", IED.name != nullptr ? IED.name : "");
+    printPlate(physical.model, "%s", IED.name != nullptr ? IED.name : "");
 }
 
 void invalidHarDeal(HWYE *record, bool hasNeut) {
@@ -108,6 +120,13 @@ void pulsQtyInit() {
     }
 }
 
+void regionFirstRead() {
+    relatedDataRefresh(true, ParaBase);
+    dealParamProcess(ParaLiveToSG, nullptr, ParaAll);
+    stDataInit();
+    RDDataInit();
+}
+
 int locDataInit() {
     if (localConfInit() == -1) {
         dbInfo(DbSET, DbERR, "locDataInit", "Failed to init localConfig!");
@@ -115,10 +134,7 @@ int locDataInit() {
     }
     dataMapInit();
     specDataInit();
-    relatedDataRefresh(true, ParaBase);
-    dealParamProcess(ParaLiveToSG, nullptr, ParaAll);
-    stDataInit();
-    RDDataInit();
+    regionFirstRead();
     pulsQtyInit();
     nameUnmappedSettings();
     return 0;

@@ -359,6 +359,9 @@ void lateInstrument(u64 deadline) {
         lateRegion->put<u16>(37514476, 1234);
         lateRegion->put<u32>(37514464, 1U << 7); // parameters of the setpoints are at fault
         lateRegion->put<u32>(37549796, 5);       // records of wave group 2
+        lateRegion->put<u16>(7936, 2);           // LogMod of the energy bill, which has no counter
+        lateRegion->put<u16>(818, 15);           // DmdPeriod, whose counter stands at its start value
+        lateRegion->put<u32>(arm(5), 1);
         lateRegion->put<u32>(37549840, 43605);
     }
 }
@@ -369,8 +372,8 @@ bool plateShows(const char *serNum, const char *hwRev, const char *configRev) {
            std::strcmp(record<LPL>("MICS.NamPlt").configRev, configRev) == 0;
 }
 
-// Ends with status 0 when the start waited three half seconds and left a running task, and name plates
-// and states show what the instrument has filled in meanwhile.
+// Ends with status 0 when the start waited three half seconds and left a running task, and name plates,
+// states and parameters show what the instrument has filled in meanwhile.
 void startWithLateInstrument() {
     DeviceState device;
     lateRegion = &device;
@@ -385,7 +388,9 @@ void startWithLateInstrument() {
     const u32 start = tickGet();
     const bool started = dataRefreshStart();
     const bool filled = plateShows("0000004711", "V1.02.03", "V12.34") &&
-                        record<SPS>("ST.spParaFlt").stVal == 1 && record<INS>("RD.FltNum2").stVal == 5;
+                        record<SPS>("ST.spParaFlt").stVal == 1 && record<INS>("RD.FltNum2").stVal == 5 &&
+                        record<ING>("SET.EngBill.LogMod").setVal[SetSG] == 2 &&
+                        record<ING>("SET.sys.DmdPeriod").setVal[SetSG] == 15;
     const bool waited = waits == 3 && tickGet() - start >= 3 * (sysClkRateGet() / 2);
     std::_Exit(started && waited && empty && filled ? 0 : 1);
 }
