@@ -8,6 +8,11 @@ TimeStamp regionLoad(const RegionTime &time, u32 index) {
     return {regionLoad(time.sec, index), regionLoad(time.ms, index), regionLoad(time.tq, index)};
 }
 
+TimeStamp regionLoadCounter(const RegionTime &time, u32 index) {
+    return {regionLoadCounter(time.sec, index), regionLoadCounter(time.ms, index),
+            regionLoadCounter(time.tq, index)};
+}
+
 TimeStamp regionTimeAt(const u8 *address) {
     const auto *words = reinterpret_cast<const u32 *>(address);
     return {loadShared(words[0]), loadShared(words[1]), loadShared(address[8])};

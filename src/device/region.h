@@ -14,13 +14,15 @@ template <class T> T regionLoad(const RegionField<T> &field, u32 index = 0) {
     return loadShared(*regionPlace(comdata, field, index));
 }
 
-// The same for a change counter: what the peer wrote before it raised the counter is then seen.
+// The same for a change counter: what the peer wrote before it raised the counter is then seen. No
+// load that follows is made before this one.
 template <class T> T regionLoadCounter(const RegionField<T> &field, u32 index = 0) {
     return loadPublished(*regionPlace(comdata, field, index));
 }
 
 // Time `index` of a time field.
 TimeStamp regionLoad(const RegionTime &time, u32 index = 0);
+TimeStamp regionLoadCounter(const RegionTime &time, u32 index = 0);
 
 // Time at an address of the region, laid out as RegionTime.
 TimeStamp regionTimeAt(const u8 *address);

@@ -45,7 +45,8 @@ struct RingKind {
 };
 
 // Plays the entries of a ring from position `last` on into the records, each handed over before the
-// next. Returns the new position.
+// next. Returns the new position. An entry that was overwritten during the walk ends it: the next walk
+// goes on with the oldest one that the ring still holds.
 template <class State, class Record, std::size_t N>
 u32 walkRing(const region::RegionRing<State> &ring, const std::array<Record *, N> &list, const RingKind &kind,
              u32 last) {
@@ -60,8 +61,11 @@ u32 walkRing(const region::RegionRing<State> &ring, const std::array<Record *, N
     }
     for (; last != now; last++) {
         const u32 slot = last % ring.slots;
-        const u32 word = regionLoad(ring.state, slot);
-        const TimeStamp time = regionLoad(ring.time, slot);
+        const u32 word = regionLoadCounter(ring.state, slot); // so that the counter is read after them
+        const TimeStamp time = regionLoadCounter(ring.time, slot);
+        if (regionLoadCounter(ring.counter) - last > ring.slots) {
+            break;
+        }
         for (u32 row = 0; row < N; row++) {
             if (!kind.skips(row)) {
                 takeState(list[row], static_cast<u8>(word >> row & 1), time);

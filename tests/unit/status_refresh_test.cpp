@@ -120,6 +120,31 @@ TEST_P(AnyRing, GivesAnOvertakenReaderTheNewestHundredAcrossItsLastSlot) {
     EXPECT_EQ(log.lines().size(), 0U);
 }
 
+// While the monitor looks at the first of a hundred entries, the instrument writes over 60 of them.
+TEST_P(AnyRing, ThatOvertakesAWalkEndsItAndKeepsItsOrder) {
+    const Ring &ring = GetParam();
+    const auto appendMany = [&](u32 count) {
+        for (u32 i = 0; i < count; i++) {
+            append(ring, i & 1);
+        }
+    };
+    bool looked = false;
+    monitor.start([&] {
+        if (!looked) {
+            looked = true;
+            appendMany(60);
+        }
+        return shownState(ring.first);
+    });
+    appendMany(100);
+    EXPECT_EQ(refreshSTData(ring.type, 0), 1U);
+    EXPECT_EQ(refreshSTData(ring.type, 1), 160U);
+    ASSERT_EQ(monitor.pictures.size(), 101U);
+    EXPECT_EQ(monitor.pictures[1].substr(0, 7), "0@0.000") << "entry 60 changes nothing";
+    EXPECT_EQ(monitor.pictures[2].substr(0, 10), "1@5061.250");
+    EXPECT_EQ(monitor.pictures[100].substr(0, 10), "1@5159.250");
+}
+
 TEST_P(AnyRing, ThatWasResetIsReadFromItsNewPositionOn) {
     const Ring &ring = GetParam();
     watch(ring.first);
