@@ -41,10 +41,11 @@ class MonitorStandIn {
         thread = std::thread([this, look = std::move(look), before = std::move(before)] {
             before();
             while (semTake(semMonitor, WAIT_FOREVER) == OK && !ended) {
-                const u32 number = loadPublished(handedOver);
-                pictures.push_back(look());
-                publish(lookedAt, number);
-                semGive(semRefresh);
+                u32 number;
+                if (takeHandOver(&number)) {
+                    pictures.push_back(look());
+                }
+                answerHandOver(number);
             }
         });
     }

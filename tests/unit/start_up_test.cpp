@@ -1,5 +1,6 @@
 #include "device/externGlbCfg.h"
 #include "platform/platform.h"
+#include "platform/shared.h"
 #include "proto-process/c/monitorTasks.h"
 #include "proto-process/c/serverStart.h"
 
@@ -279,11 +280,13 @@ TEST(MonitorRound, HandsTheRefreshBackWhenThereWasOneAndWaitsTenTicksWhenNot) {
     monitorRound();
     EXPECT_EQ(tickGet() - start, 10U);
     EXPECT_EQ(semTake(semRefresh, NO_WAIT), ERROR);
+    publish(handedOver, handedOver + 1);
     semGive(semMonitor);
     start = tickGet();
     monitorRound();
     EXPECT_EQ(tickGet(), start);
     EXPECT_EQ(semTake(semRefresh, NO_WAIT), OK);
+    EXPECT_EQ(lookedAt, handedOver);
     reportRound();
     EXPECT_EQ(tickGet() - start, 10U);
     heldClockStop();

@@ -58,15 +58,27 @@ bool monitorStart() {
     return true;
 }
 
+bool takeHandOver(u32 *number) {
+    *number = loadPublished(handedOver);
+    return *number != loadPublished(lookedAt);
+}
+
+void answerHandOver(u32 number) {
+    publish(lookedAt, number);
+    semGive(semRefresh);
+}
+
 void monitorRound() {
     wdgFeedWhenDue(&monitorFeedTick);
     const bool refreshed = semTake(semMonitor, roundTicks) == OK;
-    const u32 number = loadPublished(handedOver);
+    u32 number;
+    const bool isNew = takeHandOver(&number);
     getTimeStamp(&monTime);
     if (refreshed) {
-        forEachRcb(monEventRpt);
-        publish(lookedAt, number);
-        semGive(semRefresh);
+        if (isNew) {
+            forEachRcb(monEventRpt);
+        }
+        answerHandOver(number);
     }
     forEachRcb(monPeriodRpt);
     monCtlObj();
