@@ -154,7 +154,7 @@ std::uint64_t privateOctets(pid_t pid) {
         std::istringstream fields(line);
         std::string key;
         std::uint64_t kib = 0;
-        if (fields >> key >> kib && (key == "Private_Clean:" || key == "Private_Dirty:")) {
+        if (fields >> key >> kib && key == "Private_Dirty:") {
             sum += kib * 1024;
         }
     }

@@ -69,7 +69,8 @@ bool listening(std::uint16_t port);
 // Open descriptors and established sockets of a process.
 std::size_t descriptorCount(pid_t pid);
 std::size_t socketCount(pid_t pid);
-// Resident octets of a process that no other shares.
+// Resident octets that a process has written and shares with no other. What it has not written are pages
+// of its file, shared with every other server that runs.
 std::uint64_t privateOctets(pid_t pid);
 
 // The instrument's own ICD file.
