@@ -107,7 +107,7 @@ TEST(DataSets, AWrongDeclarationEndsTheStartWithItsMessageAndItsLine) {
          "Member \"AVeryLongDeviceNameThatFitsNoBufferAtAll/LLN0$SP$Int\" dosen't exist!",
          "the model has no AVeryLongDeviceNameThatFitsNoBufferAtAll/LLN0$SP$Int"},
         {Declared("Meas", "LLN0$a", {"Meas/MHAI1$MX$HPhV"}), "Fail to get size of \"Meas/LLN0$a\"!",
-         "a report entry of it is longer than maxDsSize allows"}};
+         "a report entry of it is longer than maxDsSize allows: raise it or give it fewer members"}};
     for (const auto &[declared, text, detail] : rows) {
         const DataSetModel model;
         externGlbCfg.maxDsSize = 64;

@@ -240,12 +240,14 @@ TEST(UnbufferedEntries, EndTheirGatheringWithTheirOwner) {
         ring.flag(ring.rcb(), "RptEna", true);
         ring.one = 13;
         EXPECT_EQ(ring.pass(), 0U);
+        ring.rcb().GI = 1;
         if (vanishes) {
             releaseClientRCB(0);
         } else {
             ring.flag(ring.rcb(), "RptEna", false);
         }
         EXPECT_EQ(ring.pass(1000), 0U);
+        EXPECT_EQ(ring.rcb().GI, 0);
         ring.flag(ring.rcb(), "RptEna", true);
         EXPECT_EQ(ring.pass(1000), 0U);
         ring.two = 14;
@@ -380,6 +382,10 @@ TEST(EntryId, IsWhereSendingGoesOn) {
     ring.flag(ring.rcb(), "RptEna", false);
     ring.flag(ring.rcb(), "RptEna", true);
     EXPECT_EQ(ring.send(), "0000000000000004") << "a position is taken once";
+    ring.flag(ring.rcb(), "RptEna", false);
+    EXPECT_EQ(ring.position(ring.rcb(), "0000"), -1);
+    EXPECT_EQ(std::string(ring.rcb().EntryID, ring.rcb().EntryID + 9), std::string(9, '\0'));
+    ring.flag(ring.rcb(), "RptEna", true);
     ring.stat().resendPos = 6; // of a ring that was longer
     EXPECT_EQ(ring.send(), "0000000000000001");
 }

@@ -133,16 +133,16 @@ TEST_F(ReportSend, DropsWhatNoPacketHolds) {
 
 TEST_F(ReportSend, CountsNothingOfARingThatWasPurgedMeanwhile) {
     enable();
-    change(3);
+    change(7);
     meanwhile = [this] {
         model.flag(buffered(), "RptEna", false);
         model.flag(buffered(), "PurgeBuf", true);
         model.flag(buffered(), "RptEna", true);
         change();
     };
-    EXPECT_EQ(pass(), "B00 U00");
+    EXPECT_EQ(pass(), "B00! U00");
     EXPECT_EQ(buffered().pStat->sendCount, 0U);
-    EXPECT_EQ(pass(), "B00 U01") << "the report after the purge, as the first";
+    EXPECT_EQ(pass(), "B00 U01") << "the report after the purge, as the first; the overflow has been told";
 }
 
 TEST_F(ReportSend, GoesOnFromAPositionThatWasWrittenMeanwhile) {

@@ -130,7 +130,8 @@ bool measurePreDefDs(DataSet *dataSet, const PreDefDs *entry) {
         fits = false;
     }
     if (!fits) {
-        tellFault(entry, "a report entry of it is longer than maxDsSize allows");
+        tellFault(entry,
+                  "a report entry of it is longer than maxDsSize allows: raise it or give it fewer members");
     }
     return fits;
 }
@@ -202,7 +203,7 @@ bool initPreDefDS() {
     u32 count = 0;
     for (const PreDefDs &entry : records<&PreDefDs::link>(PreDefDsHead)) {
         if (++count > externGlbCfg.maxDsNum) {
-            tellFault(&entry, "one more than maxDsNum allows");
+            tellFault(&entry, "one more than maxDsNum allows: raise it or remove data sets");
             dbInfo(DbDAT, DbPAN, function, "Num of predefined dataset has exceed limit(%d)!",
                    static_cast<int>(externGlbCfg.maxDsNum));
         }

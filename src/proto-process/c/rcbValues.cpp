@@ -3,6 +3,7 @@
 #include "DebugInfo/DebugInfo.h"
 #include "basicInterface/clock.h"
 #include "basicInterface/complexData.h"
+#include "basicInterface/sharedText.h"
 #include "basicInterface/simpleData.h"
 #include "device/addressBinding.h"
 #include "device/externGlbCfg.h"
@@ -22,6 +23,8 @@ constexpr u16 brcbOptions = 0x7FC0;
 constexpr u16 urcbOptions = 0x7CC0; // neither buffer-overflow nor entryID
 constexpr u8 reservedTrigger = 0x80;
 constexpr u32 bufTmMax = 3600000; // ms
+
+constexpr const char *setter = "setRCBValues"; // in messages
 
 // A write of one attribute.
 struct RcbWrite {
@@ -48,13 +51,20 @@ void own(RCB *rcb, u8 clientId) {
     storeShared(rcb->clientId, clientId);
 }
 
-void release(RCB *rcb) {
+void release(RCB *rcb, const char *function) {
     storeShared(rcb->RptEna, 0);
     storeShared(rcb->clientId, clientNone);
     if (!isBuffered(rcb)) {
         storeShared(rcb->Resv, 0);
     }
-    dbInfo(DbRPT, DbINF, "setRCBValues", "Release RCB \"%s\"!", rcb->rcbRef);
+    dbInfo(DbRPT, DbINF, function, "Release RCB \"%s\"!", rcb->rcbRef);
+}
+
+// What was asked for and gathered before belongs to no report of an unbuffered block's new owner.
+void endGathering(RCB *rcb) {
+    storeShared(rcb->GI, 0);
+    rcb->pStat->bufTmRunning = 0;
+    rcb->pStat->bufTmStart = 0;
 }
 
 bool writeRptEna(RCB *rcb, const RcbWrite &write) {
@@ -66,7 +76,7 @@ bool writeRptEna(RCB *rcb, const RcbWrite &write) {
         return true;
     }
     if (!enable) {
-        release(rcb);
+        release(rcb, setter);
         return true;
     }
     own(rcb, write.clientId);
@@ -74,7 +84,7 @@ bool writeRptEna(RCB *rcb, const RcbWrite &write) {
     if (!isBuffered(rcb)) {
         storeShared(rcb->Resv, 1);
     }
-    dbInfo(DbRPT, DbINF, "setRCBValues", "Enable RCB \"%s\"!", rcb->rcbRef);
+    dbInfo(DbRPT, DbINF, setter, "Enable RCB \"%s\"!", rcb->rcbRef);
     return true;
 }
 
@@ -84,7 +94,7 @@ bool writeResv(RCB *rcb, const RcbWrite &write) {
         return true;
     }
     if (!reserve) {
-        release(rcb);
+        release(rcb, setter);
         return true;
     }
     storeShared(rcb->Resv, 1);
@@ -140,7 +150,10 @@ bool writeEntryID(RCB *rcb, const RcbWrite &write) {
     if (write.data->choiceId != Data::octetString || !searchEntryID(rcb, write.data->octs)) {
         return refuse(write, DaeObjectValueInvalid);
     }
-    return writeNodeData(write.data, write.node, write.error);
+    u8 entryId[entryIdOctets] = {}; // a shorter one is all zero
+    std::copy_n(write.data->octs->octs, write.data->octs->octetLen, entryId);
+    storeSharedText(reinterpret_cast<char *>(rcb->EntryID), entryId, entryIdOctets);
+    return true;
 }
 
 bool never(RCB *, const RcbWrite &write) {
@@ -183,7 +196,7 @@ bool writeAttribute(RCB *rcb, const RcbWrite &write) {
     const auto *rule = std::ranges::find_if(
         writeRules, [&write](const WriteRule &r) { return std::strcmp(r.name, write.node->name) == 0; });
     if (rule == std::end(writeRules)) {
-        dbInfo(DbRPT, DbERR, "setRCBValues", "Unknown attribute %s!", write.node->name);
+        dbInfo(DbRPT, DbERR, setter, "Unknown attribute %s!", write.node->name);
         return refuse(write, DaeObjectNonExistent);
     }
     if (rule->kind != anyBlock && (rule->kind == brcbOnly) != isBuffered(rcb)) {
@@ -209,9 +222,7 @@ void enabledChanged(RCB *rcb, RCBStat *stat) {
         }
         return;
     }
-    // What was gathered before belongs to no report of the new owner.
-    stat->bufTmRunning = 0;
-    stat->bufTmStart = 0;
+    endGathering(rcb);
     if (enabled) {
         storeShared(rcb->SqNum8, 0);
         stat->writeCount = 0;
@@ -228,23 +239,22 @@ u16 optFldsMask(const RCB *rcb) {
 }
 
 bool setRCBValues(const Data *data, GenNode *node, i8 *error, u8 clientId) {
-    constexpr const char *function = "setRCBValues";
     char path[maxPathText];
     if (node->level != LevelLeaf) {
         getAllPath(node, path, true);
-        dbInfo(DbRPT, DbERR, function, "\"%s\" layer is invalid!", path);
+        dbInfo(DbRPT, DbERR, setter, "\"%s\" layer is invalid!", path);
         return refuse({data, node, error, clientId}, DaeObjectAccessDenied);
     }
     const GenNode *block = getFCDNode(node);
     auto *rcb = static_cast<RCB *>(block == nullptr ? nullptr : nodeData(block));
     if (rcb == nullptr) {
         getAllPath(node, path, true);
-        dbInfo(DbRPT, DbERR, function, "RCB \"%s\" is not mapped!", path);
+        dbInfo(DbRPT, DbERR, setter, "RCB \"%s\" is not mapped!", path);
         return refuse({data, node, error, clientId}, DaeObjectAccessDenied);
     }
     const RcbLock lock(rcb);
     if (rcb->clientId < clientNone && rcb->clientId != clientId) {
-        dbInfo(DbRPT, DbERR, function, "%s is used by client%d!", rcb->rcbRef, rcb->clientId);
+        dbInfo(DbRPT, DbERR, setter, "%s is used by client%d!", rcb->rcbRef, rcb->clientId);
         return refuse({data, node, error, clientId}, DaeObjectAccessDenied);
     }
     const bool written = writeAttribute(rcb, {data, node, error, clientId});
@@ -283,10 +293,9 @@ void releaseClientRCB(u8 slot) {
         if (rcb->clientId != slot) {
             continue;
         }
-        release(rcb);
+        release(rcb, "releaseClientRCB");
         if (!isBuffered(rcb)) {
-            rcb->pStat->bufTmRunning = 0;
-            rcb->pStat->bufTmStart = 0;
+            endGathering(rcb);
         }
     }
 }

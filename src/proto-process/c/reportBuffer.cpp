@@ -16,7 +16,6 @@ namespace ied {
 namespace {
 
 constexpr u8 changeTriggers = TrgDchg | TrgQchg | TrgDupd;
-constexpr u32 entryIdOctets = 8;
 
 u32 ringSlots(const RCBStat *stat) {
     return stat->bufLen + 1; // the open entry never lies on the oldest one that waits

@@ -15,7 +15,7 @@ namespace ied {
 
 namespace {
 
-constexpr u32 always0 = 0; // SubSeqNum and MoreSegmentsFollow: a report is never split
+constexpr u16 always0 = 0; // SubSeqNum and MoreSegmentsFollow: a report is never split
 
 Data *appendSuccess(AsnList *list, Data *data) {
     auto *result = asnListPush(list, MallocOf<AccessResult>());

@@ -11,6 +11,7 @@ namespace ied {
 
 // `resendPos` of a ring that nobody asked to be sent again.
 inline constexpr u64 resendNone = ~u64{0};
+inline constexpr u32 entryIdOctets = 8;
 
 // Run-time state of a block. Everything in it, the entries included, is touched under `sem` alone, by
 // the monitor task that fills the ring, by the report task that sends from it, and by the client
@@ -54,7 +55,7 @@ struct RCB {
     u8 TrgOps;   // TrgOpsBit
     u8 GI;
     u8 PurgeBuf;
-    alignas(8) u8 EntryID[9]; // 8 octets and a NUL; one word for those who read it
+    alignas(8) u8 EntryID[entryIdOctets + 1]; // with a NUL; one word for those who read it
     TimeStamp TimeOfEntry;
     u8 bufOvfl; // 1 from an overflow until a report has told of it
     u8 buffered;

@@ -50,9 +50,9 @@ bool encodeNext(RCB *rcb, ReportUnderWay *report) {
 // Counts a report that went out, where the client did not set the count anew meanwhile.
 void countSent(RCB *rcb, const ReportUnderWay &report) {
     const RcbLock lock(rcb);
+    rcb->bufOvfl = 0; // only this task sets it, so that the report told of it
     if (rcb->pStat->recounts == report.recounts) {
         rcb->pStat->sendCount++;
-        rcb->bufOvfl = 0; // only this task sets it, so that the report told of it
     }
     if (rcb->pStat->enables == report.enables) {
         countShared(rcb->SqNum8);
@@ -60,17 +60,31 @@ void countSent(RCB *rcb, const ReportUnderWay &report) {
     }
 }
 
-// Gives the numbers of a value that was never filled their longest encoding; its strings have their
-// full length already.
-void widen(Data *data, int depth) {
+// Gives all whole numbers of a value these values.
+void setNumbers(Data *data, i32 integer, u32 unsignedInt, int depth = 0) {
     if (data->choiceId == Data::integer) {
-        data->int_ = INT32_MIN;
+        data->int_ = integer;
     } else if (data->choiceId == Data::unsignedInt) {
-        data->uint_ = UINT32_MAX;
+        data->uint_ = unsignedInt;
     } else if (isList(data) && depth < maxWalkDepth) {
         for (MemberCursor member = firstMember(data); member.value() != nullptr; member.advance()) {
-            widen(member.value(), depth + 1);
+            setNumbers(member.value(), integer, unsignedInt, depth + 1);
         }
+    }
+}
+
+// Gives the first entry of a block every member with its longest encoding. Before it is filled, its
+// strings have their full length already.
+void widen(RptEntry *entry, u32 memberNum) {
+    std::memset(entry->included, 1, memberNum);
+    for (u32 member = 0; member < memberNum; member++) {
+        setNumbers(&entry->data[member], INT32_MIN, UINT32_MAX);
+    }
+}
+void empty(RptEntry *entry, u32 memberNum) {
+    std::memset(entry->included, 0, memberNum);
+    for (u32 member = 0; member < memberNum; member++) {
+        setNumbers(&entry->data[member], 0, 0);
     }
 }
 
@@ -117,11 +131,10 @@ void nameOversizedBlocks() {
     for (u32 i = 0; i < gCBNum.rcbNum; i++) {
         RCB widest = aRCBObj[i];
         widest.OptFlds = optFldsMask(&widest);
+        widest.SqNum = UINT16_MAX;
+        widest.SqNum8 = UINT8_MAX;
         RptEntry *entry = entryAt(widest.pStat, 0);
-        std::memset(entry->included, 1, widest.pDataSet->memberNum);
-        for (u32 member = 0; member < widest.pDataSet->memberNum; member++) {
-            widen(&entry->data[member], 0);
-        }
+        widen(entry, widest.pDataSet->memberNum);
         if (encodeReport(&trial, &widest, entry) == 0) {
             dbInfo(
                 DbRPT, DbERR, "rptModelInit",
@@ -129,7 +142,7 @@ void nameOversizedBlocks() {
                 "data set!",
                 widest.rcbRef, externGlbCfg.sendBufSize);
         }
-        std::memset(entry->included, 0, widest.pDataSet->memberNum);
+        empty(entry, widest.pDataSet->memberNum);
     }
     reportMakerFree(&trial);
 }
