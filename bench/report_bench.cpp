@@ -198,7 +198,7 @@ void copyOfOctets(benchmark::State &bench) {
     const u32 length = encodeReport(&maker, rcb, fullEntry(rcb));
     std::vector<u8> copy(length);
     for (auto _ : bench) {
-        std::memcpy(copy.data(), maker.buffer + externGlbCfg.sendBufSize - length - 1, length);
+        std::memcpy(copy.data(), encodedPacket(maker.buffer, length), length);
         benchmark::DoNotOptimize(copy.data());
         benchmark::ClobberMemory();
     }
@@ -208,10 +208,11 @@ void copyOfOctets(benchmark::State &bench) {
 void bareSend(benchmark::State &bench) {
     const RCB *rcb = block(bench.range(0));
     const u32 length = encodeReport(&maker, rcb, fullEntry(rcb));
+    const u8 *packet = encodedPacket(maker.buffer, length);
     for (auto _ : bench) {
-        for (u32 at = 0; at < length; at += externGlbCfg.maxTpduSize - 7) {
-            const u32 frame = std::min(externGlbCfg.maxTpduSize, length - at);
-            if (::send(ends[0], maker.buffer + at, frame, 0) != static_cast<long>(frame)) {
+        for (u32 at = 0, frame = 0; at + frame < length; at += frame - (tpktOctets + dtOctets)) {
+            frame = std::min(externGlbCfg.maxTpduSize, length - at);
+            if (::send(ends[0], packet + at, frame, 0) != static_cast<long>(frame)) {
                 bench.SkipWithError("not sent");
             }
         }

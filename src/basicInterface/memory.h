@@ -6,14 +6,14 @@
 
 namespace ied {
 
-// Bytes handed out by Malloc since start; never lowered. A statistic.
+// Bytes that Malloc took from the heap since start; never lowered. A statistic.
 extern u32 allocBytes;
 
 // A zeroed block of `size` bytes, owned by the caller, given back by Free. Never null: without
 // memory the process ends with status 1 and a message on the standard error stream.
 void *Malloc(std::size_t size);
-// A block of `size` bytes that begins with the content of `block`. Never null. The part that is
-// new is not zeroed.
+// A block of `size` bytes that begins with the content of `block`, which is no block of an arena. Never
+// null. The part that is new is not zeroed.
 void *Realloc(void *block, std::size_t size);
 // Gives a block back; does nothing for null.
 void Free(void *block);
@@ -38,6 +38,7 @@ struct Arena {
     std::size_t used;
     bool full; // something did not fit and came from the heap
 };
+// Takes `size` zeroed octets for it from the heap; `base` is given back by Free.
 void arenaInit(Arena *arena, std::size_t size);
 
 // While it lives, Malloc of this task takes from the arena as long as that has room, and Free of what

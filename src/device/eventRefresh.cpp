@@ -63,9 +63,13 @@ PqEntry entryOf(u32 slot) {
             regionLoad(region::pqDuration, slot)};
 }
 
-void edge(SPS *record, u8 value, const TimeStamp &time) {
+template <class Record> void show(Record *record, decltype(Record::stVal) value, const TimeStamp &time) {
     storeShared(record->stVal, value);
     storeShared(record->t, time);
+}
+
+void edge(SPS *record, u8 value, const TimeStamp &time) {
+    show(record, value, time);
     countShared(record->updateCount);
 }
 
@@ -86,18 +90,19 @@ bool anyInProgress() {
 // Magnitude of a voltage event in the form that the SCL file asks for.
 f64 eventMagnitude(f32 percent) {
     const f64 ratio = f64{percent} / 100;
-    if (localConfig == 1) {
+    if (localConfig == VvaVolts) {
         storeShared(vVa.units.SIUnit, unitVolt);
         return ratio * regionLoad(region::RtgVolt);
     }
-    if (localConfig != 0) {
+    if (localConfig != VvaRatio) {
         dbInfo(DbUPD, DbERR, "SOEDataRefresh", "vvaFormat value error! Use default value!");
     }
     storeShared(vVa.units.SIUnit, unitNone);
     return ratio;
 }
 
-// Shows an ended variation: first its beginning with what was measured, then its end.
+// Notes when a variation began. One that ended is shown: first its beginning with what was measured, then
+// its end.
 void voltageVariation(const PqEntry &entry) {
     bool ended = false;
     for (const Variation &variation : variations) {
@@ -166,11 +171,6 @@ const WaveGroup waveGroups[] = {
     {&mirror<SPS>("RD.RcdStr2"), &mirror<SPS>("RD.RcdMade2"), &mirror<INS>("RD.FltNum2")},
 };
 
-template <class Record> void wave(Record *record, decltype(Record::stVal) value, const TimeStamp &time) {
-    storeShared(record->stVal, value);
-    storeShared(record->t, time);
-}
-
 } // namespace
 
 u32 SOEDataRefresh(u32 last) {
@@ -213,18 +213,18 @@ u32 RDDataRefresh(u32 group) {
     if (count == 0) {
         dbInfo(DbUPD, DbCRI, "RDDataRefresh", "Wave%u Ptr clean out!", group + 1);
         getTimeStamp(&now);
-        wave(records.FltNum, 0, now);
+        show(records.FltNum, 0, now);
         waitForMon();
         return 0;
     }
     const TimeStamp recorded = regionLoad(region::waveTime, group);
-    wave(records.RcdStr, 1, recorded);
-    wave(records.RcdMade, 0, recorded);
+    show(records.RcdStr, 1, recorded);
+    show(records.RcdMade, 0, recorded);
     waitForMon();
     getTimeStamp(&now);
-    wave(records.RcdStr, 0, now);
-    wave(records.RcdMade, 1, now);
-    wave(records.FltNum, static_cast<i32>(count), now);
+    show(records.RcdStr, 0, now);
+    show(records.RcdMade, 1, now);
+    show(records.FltNum, static_cast<i32>(count), now);
     waitForMon();
     return count;
 }

@@ -5,6 +5,7 @@
 #include "device/region.h"
 
 #include <algorithm>
+#include <array>
 
 namespace ied {
 
@@ -47,19 +48,21 @@ bool isPreCycles(f64 value, const ING &samplingRate) {
     return value >= 2 && (rate < 0 || rate > lastRate || value <= most >> rate);
 }
 
-i32 *const diFunction[] = {
-    &mirror<ING>("SET.IO.DIMod1").setVal[SetSE], &mirror<ING>("SET.IO.DIMod2").setVal[SetSE],
-    &mirror<ING>("SET.IO.DIMod3").setVal[SetSE], &mirror<ING>("SET.IO.DIMod4").setVal[SetSE],
-    &mirror<ING>("SET.IO.DIMod5").setVal[SetSE], &mirror<ING>("SET.IO.DIMod6").setVal[SetSE],
-    &mirror<ING>("SET.IO.DIMod7").setVal[SetSE], &mirror<ING>("SET.IO.DIMod8").setVal[SetSE],
-};
+// The functions of the inputs under edit.
+const std::array<i32 *, region::DIMod.count> diFunction = [] {
+    std::array<i32 *, region::DIMod.count> fields;
+    for (u32 i = 0; i < fields.size(); i++) {
+        fields[i] = &mirrorRow<ING>("SET.IO.DIMod1")[i].setVal[SetSE];
+    }
+    return fields;
+}();
 
 bool isInputFunction(f64 value) {
     constexpr i32 demandSynchronisation = 2;
     constexpr i32 timeSynchronisation = 3;
     const auto inputs = [](i32 function) {
-        return std::count_if(std::begin(diFunction), std::end(diFunction),
-                             [function](const i32 *mode) { return loadShared(*mode) == function; });
+        return std::ranges::count_if(diFunction,
+                                     [function](const i32 *mode) { return loadShared(*mode) == function; });
     };
     if (!isBetween(value, 0, timeSynchronisation)) {
         return false;
@@ -72,13 +75,10 @@ bool isInputFunction(f64 value) {
     return true;
 }
 
-// Rated secondary current in amperes: any code but 1, and code 1.
-constexpr u32 ampStep[] = {5, 1};
-
 // The higher the rated power, the fewer pulses a unit of energy may make.
 bool isPulseFactor(f64 value) {
-    const u32 ampere = ampStep[regionLoad(region::ratedCurrent) == 1 ? 1 : 0];
-    const u16 power = static_cast<u16>(ampere * static_cast<u32>(underEdit(mirror<ING>("SET.sys.RtgVolt"))));
+    const u32 volt = static_cast<u32>(underEdit(mirror<ING>("SET.sys.RtgVolt")));
+    const u16 power = static_cast<u16>(regionRatedAmperes() * volt);
     const i32 most = power <= 500 ? 4 : power <= 690 ? 2 : power <= 1900 ? 1 : 0;
     return isBetween(value, 0, most);
 }

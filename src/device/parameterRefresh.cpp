@@ -65,10 +65,13 @@ template <class Record> Record &recordOf(const ParaMap &row) {
     return *reinterpret_cast<Record *>(row.modelAddr);
 }
 
-// Records whose value is the region's plus one.
+// Records whose value is the region's plus one, and the checks that stand for them.
 bool countsFromOne(const u8 *record) {
     return record == reinterpret_cast<u8 *>(&mirror<ENG>("SET.sys.ClcTotVA")) ||
            record == reinterpret_cast<u8 *>(&mirror<ENG>("SET.sys.PFSign"));
+}
+bool isStoredLessOne(const ParaMap &row) {
+    return row.rangeMin == row.rangeMax && (row.rangeMin == RangeClcTotVA || row.rangeMin == RangePFSign);
 }
 
 void toRecord(const ParaMap &row, const u8 *field, SettingInstance instance) {
@@ -126,7 +129,7 @@ int toField(const ParaMap &row, u8 *field) {
     if (!isParaInRange(row, value)) {
         return ParaOutOfRange;
     }
-    if (row.rangeMin == row.rangeMax && (row.rangeMin == RangeClcTotVA || row.rangeMin == RangePFSign)) {
+    if (isStoredLessOne(row)) {
         storeInteger(row.dataType, field, static_cast<u32>(value) - 1);
     }
     return ParaMoved;

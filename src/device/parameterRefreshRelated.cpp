@@ -45,7 +45,7 @@ void ratedCurrent(bool, const TimeStamp &now) {
         return;
     }
     state.lastrateNormAmp = code;
-    const i32 ampere = code == 1 ? 1 : 5;
+    const i32 ampere = regionRatedAmperes();
     storeState(mirror<INS>("MICS.RtdCurr"), ampere, qualityGood, now);
     storeState(mirror<INS>("MICS.RtdI4"), ampere, qualityGood, now);
 }

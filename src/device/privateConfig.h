@@ -6,8 +6,12 @@
 
 namespace ied {
 
-// Form of the magnitude of a voltage event: 0 ratio to the rated voltage, 1 volts.
-extern u32 localConfig;
+// Forms of the magnitude of a voltage event: a ratio to the rated voltage, or volts.
+enum VvaFormat : u8 {
+    VvaRatio,
+    VvaVolts
+};
+extern u32 localConfig; // VvaFormat, or another number that the file gives
 
 // Kinds of private sections.
 enum PrivateType : u8 {

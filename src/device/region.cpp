@@ -23,4 +23,9 @@ u16 regionWiring() {
     return wiring == 2 ? u16{0} : wiring;
 }
 
+u16 regionRatedAmperes() {
+    constexpr u16 ampStep[] = {5, 1}; // any code but 1, and code 1
+    return ampStep[regionLoad(region::ratedCurrent) == 1 ? 1 : 0];
+}
+
 } // namespace ied

@@ -29,5 +29,7 @@ TimeStamp regionTimeAt(const u8 *address);
 
 // Wiring mode of the measurement tables: 0 wye, 1 delta.
 u16 regionWiring();
+// Rated secondary current in amperes: 1 or 5.
+u16 regionRatedAmperes();
 
 } // namespace ied

@@ -66,7 +66,7 @@ std::string encoded(const RptEntry *entry, std::size_t arena = SIZE_MAX) {
     reportMakerInit(&maker);
     maker.arena.size = std::min(maker.arena.size, arena);
     const u32 length = encodeReport(&maker, aRCBObj, entry);
-    const std::string text = hexText({maker.buffer + externGlbCfg.sendBufSize - length - 1, length});
+    const std::string text = hexText({encodedPacket(maker.buffer, length), length});
     reportMakerFree(&maker);
     return text;
 }

@@ -24,14 +24,14 @@ enum ClientState : u8 {
 inline constexpr u8 clientNone = 255;
 
 struct ClientStat {
-    u8 status;       // ClientState; shared
-    i32 sockFd;      // shared
-    u32 association; // raised, under semSend, when a connection of the slot ends; shared
-    u8 peerAddr[16]; // as accept gave it
-    u32 pduSize;     // negotiated MMS PDU size; 0 is no limit of the client's
-    u32 sendFail;    // failed sends since the last good one; shared
-    TaskId server;   // task that serves a connection now, taskNone for none; shared
-    u8 faulted;      // the connection ends without another reply; of its task only
+    u8 status;          // ClientState; shared
+    i32 sockFd;         // shared
+    u32 association;    // raised, under semSend, when a connection of the slot ends; shared
+    u8 peerAddr[16];    // as accept gave it
+    u32 pduSize;        // negotiated MMS PDU size; 0 is no limit of the client's
+    u32 sendFail;       // failed sends since the last good one; shared
+    TaskId servingTask; // task that serves a connection now, taskNone for none; shared
+    u8 faulted;         // the connection ends without another reply; of its task only
     u8 supportServ[serviceNum];
 };
 

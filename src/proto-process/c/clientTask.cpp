@@ -111,7 +111,7 @@ void serveConnection(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
     resBuf->broken = 0;
     initPdu(pdu, false);
     clientStat[slot].faulted = 0;
-    storeShared(clientStat[slot].server, taskIdSelf());
+    storeShared(clientStat[slot].servingTask, taskIdSelf());
     const int fd = loadShared(clientStat[slot].sockFd);
     activeKeepAlive(fd);
     setKeepAliveParams(fd, externGlbCfg.keepIdle, externGlbCfg.keepCnt, externGlbCfg.keepIntvl);
@@ -123,14 +123,14 @@ void serveConnection(PacketBuf *pdu, u8 *recvBuf, ResBuf *resBuf, u8 slot) {
         }
     }
     dbInfo(DbSOC, end.level, "clientProcess", "%s", end.message);
-    storeShared(clientStat[slot].server, taskNone);
+    storeShared(clientStat[slot].servingTask, taskNone);
     releaseClient(slot);
 }
 
 void endTaskOnFault() {
     const TaskId self = taskIdSelf();
     for (u8 slot = 0; clientStat != nullptr && slot < externGlbCfg.maxClientNum; slot++) {
-        if (loadShared(clientStat[slot].server) == self) {
+        if (loadShared(clientStat[slot].servingTask) == self) {
             clientStat[slot].faulted = 1;
             return;
         }

@@ -14,7 +14,6 @@ namespace ied {
 
 namespace {
 
-constexpr u8 valueTriggers = TrgDchg | TrgQchg;
 constexpr u32 vectorTolerance = 10; // units in the last place
 
 // Width of the comparison by node type; MonNever for what cannot be compared by its word.
@@ -133,7 +132,7 @@ struct getMonDAIofDsMemb {
         if (isWalkedInto(node, depth)) {
             return Visit::descend;
         }
-        if ((node->trgOps & (valueTriggers | TrgDupd)) != 0) {
+        if ((node->trgOps & changeTriggers) != 0) {
             note(&monitor->list[monitor->num++], node);
         }
         return Visit::leaf;

@@ -9,6 +9,10 @@ namespace ied {
 
 struct DataSet;
 
+// Triggers that a monitor sees: a changed value or quality, an object that was updated.
+inline constexpr u8 valueTriggers = TrgDchg | TrgQchg;
+inline constexpr u8 changeTriggers = valueTriggers | TrgDupd;
+
 // How a monitored value is compared: by its width in octets, or as a vector array.
 enum MonCompare : u8 {
     MonCounter = 0, // by its object's updateCount alone

@@ -2,6 +2,7 @@
 
 #include "DebugInfo/DebugInfo.h"
 #include "asn1/mmsCodec.h"
+#include "device/externGlbCfg.h"
 #include "proto-process/c/services.h"
 
 namespace ied {
@@ -205,6 +206,10 @@ u32 encPacket(PacketBuf *reply, u8 *buf, u32 size) {
         n += enc_tpdu_tpkt(&reply->tpkt, buf, end - n);
     }
     return n;
+}
+
+u8 *encodedPacket(u8 *buf, u32 len) {
+    return buf + externGlbCfg.sendBufSize - len - 1;
 }
 
 bool replaceOversizedReply(PacketBuf *reply) {

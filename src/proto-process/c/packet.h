@@ -172,6 +172,8 @@ int packet_process(const PacketBuf *request, PacketBuf *reply, u8 slot, i32 err)
 // Writes the packet so that its octets end one octet before the end of `buf`. Returns its length,
 // 0 for an empty record or a packet that does not fit `buf` or a field of the session layer.
 u32 encPacket(PacketBuf *reply, u8 *buf, u32 size);
+// Where a packet of `len` octets begins that encPacket wrote into a buffer of sendBufSize octets.
+u8 *encodedPacket(u8 *buf, u32 len);
 // Exchanges the confirmed-ResponsePDU of a reply that does not fit for the confirmed-ErrorPDU of
 // service error 73, object-access-denied. False when the reply carries none.
 bool replaceOversizedReply(PacketBuf *reply);

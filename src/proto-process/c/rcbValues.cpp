@@ -63,8 +63,7 @@ void release(RCB *rcb, const char *function) {
 // What was asked for and gathered before belongs to no report of an unbuffered block's new owner.
 void endGathering(RCB *rcb) {
     storeShared(rcb->GI, 0);
-    rcb->pStat->bufTmRunning = 0;
-    rcb->pStat->bufTmStart = 0;
+    stopGathering(rcb->pStat);
 }
 
 bool writeRptEna(RCB *rcb, const RcbWrite &write) {
@@ -132,7 +131,7 @@ bool writeIntgPd(RCB *rcb, const RcbWrite &write) {
 }
 
 bool writeGI(RCB *rcb, const RcbWrite &write) {
-    const bool possible = rcb->RptEna == 1 && (isOn(write) ? (rcb->TrgOps & TrgGi) != 0 : true);
+    const bool possible = rcb->RptEna == 1 && (!isOn(write) || (rcb->TrgOps & TrgGi) != 0);
     if (!possible) {
         return refuse(write, DaeTemporarilyUnavailable);
     }
@@ -239,25 +238,26 @@ u16 optFldsMask(const RCB *rcb) {
 }
 
 bool setRCBValues(const Data *data, GenNode *node, i8 *error, u8 clientId) {
+    const RcbWrite write{data, node, error, clientId};
     char path[maxPathText];
     if (node->level != LevelLeaf) {
         getAllPath(node, path, true);
         dbInfo(DbRPT, DbERR, setter, "\"%s\" layer is invalid!", path);
-        return refuse({data, node, error, clientId}, DaeObjectAccessDenied);
+        return refuse(write, DaeObjectAccessDenied);
     }
     const GenNode *block = getFCDNode(node);
     auto *rcb = static_cast<RCB *>(block == nullptr ? nullptr : nodeData(block));
     if (rcb == nullptr) {
         getAllPath(node, path, true);
         dbInfo(DbRPT, DbERR, setter, "RCB \"%s\" is not mapped!", path);
-        return refuse({data, node, error, clientId}, DaeObjectAccessDenied);
+        return refuse(write, DaeObjectAccessDenied);
     }
     const RcbLock lock(rcb);
     if (rcb->clientId < clientNone && rcb->clientId != clientId) {
         dbInfo(DbRPT, DbERR, setter, "%s is used by client%d!", rcb->rcbRef, rcb->clientId);
-        return refuse({data, node, error, clientId}, DaeObjectAccessDenied);
+        return refuse(write, DaeObjectAccessDenied);
     }
-    const bool written = writeAttribute(rcb, {data, node, error, clientId});
+    const bool written = writeAttribute(rcb, write);
     updateRCBStat(rcb, rcb->pStat);
     return written;
 }

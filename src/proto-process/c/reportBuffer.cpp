@@ -15,8 +15,6 @@ namespace ied {
 
 namespace {
 
-constexpr u8 changeTriggers = TrgDchg | TrgQchg | TrgDupd;
-
 u32 ringSlots(const RCBStat *stat) {
     return stat->bufLen + 1; // the open entry never lies on the oldest one that waits
 }
@@ -35,11 +33,6 @@ void allocRCBufData(RCBStat *stat, GenNode *memberNode, u32 memberIndex) {
 // A BRCB gathers whether or not a client owns it; an unbuffered one only while it is enabled.
 bool gathers(const RCB *rcb) {
     return rcb->buffered != 0 ? rcb->pDataSet != nullptr : rcb->RptEna == 1;
-}
-
-void stopGathering(RCBStat *stat) {
-    stat->bufTmRunning = 0;
-    stat->bufTmStart = 0;
 }
 
 void clearEntry(const RCB *rcb, RptEntry *entry) {
@@ -116,6 +109,11 @@ void storeBig(u8 *out, u32 value, u32 octets) {
 }
 
 } // namespace
+
+void stopGathering(RCBStat *stat) {
+    stat->bufTmRunning = 0;
+    stat->bufTmStart = 0;
+}
 
 RptEntry *entryAt(const RCBStat *stat, u64 count) {
     return &stat->entries[count % ringSlots(stat)];

@@ -37,8 +37,4 @@ void reportMakerFree(ReportMaker *maker);
 // block is held.
 u32 encodeReport(ReportMaker *maker, const RCB *rcb, const RptEntry *entry);
 
-// Names each block, once at start, whose report with every member and option can grow larger than a
-// packet.
-void nameOversizedBlocks();
-
 } // namespace ied

@@ -95,6 +95,9 @@ void mapRCB2Model(RCB *rcb, GenNode *rcbNode);
 bool rptBufLenInit(u32 limitBytes);
 // Report memory in bytes: rptBufSpace MiB for each 4 octets of a pointer.
 u32 rptMemoryLimit();
+// Names each block whose report with every member and option can grow larger than a packet. Called
+// while the entries are empty, and leaves them so.
+void nameOversizedBlocks();
 // First state of a block with its monitor and its ring. False, after a message, without a data set.
 bool rcbStatInit(RCBStat *stat, RCB *rcb);
 // Makes the pool and the ring with the value trees of every entry. False without a data set, or when a ring
@@ -126,6 +129,8 @@ RptEntry *entryAt(const RCBStat *stat, u64 count);
 // Writes the 8 octets of an EntryID and a 0. By number alone, or with the time before it when
 // rptEntryIdSeq is 0.
 void fillEntryID(u8 (&out)[9], const TimeStamp *time, u32 seq);
+// Ends the gathering of the open entry under BufTm.
+void stopGathering(RCBStat *stat);
 // Closes the open entry: it gets its time and EntryID and is counted.
 void genRpt(RCB *rcb, RCBStat *stat, const TimeStamp *time);
 // Empties the ring; an entry that is being gathered stays.

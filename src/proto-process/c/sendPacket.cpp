@@ -119,7 +119,7 @@ bool sendPacket(u8 *buf, u32 len, u8 slot, u32 association) {
         semGive(semSend[slot]);
         return false;
     }
-    u8 *packet = buf + externGlbCfg.sendBufSize - len - 1;
+    u8 *packet = encodedPacket(buf, len);
     const u32 frameMax = std::min(externGlbCfg.maxTpduSize, tpktLengthMax);
     const bool sent = len <= frameMax ? sendPiece(client, packet, len, wholeMessages)
                                       : sendFrames(client, packet, len, frameMax);
