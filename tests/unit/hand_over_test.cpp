@@ -101,6 +101,17 @@ TEST_F(HandOver, AnAnswerThatCameInBetweenIsTakenBack) {
     EXPECT_EQ(monitor.pictures, (Pictures{"1", "2", "3"}));
 }
 
+// The give of a hand-over may come when the monitor has seen its event with the one before.
+TEST_F(HandOver, AGiveThatComesLateShowsNothingTwice) {
+    monitor.start(picture);
+    happen();
+    semGive(semMonitor);
+    EXPECT_TRUE(waitUntil([] { return semTake(semRefresh, NO_WAIT) == OK; }));
+    happen();
+    EXPECT_EQ(monitor.pictures, (Pictures{"1", "2"}));
+    EXPECT_EQ(failures(), 0);
+}
+
 // The monitor is held up before it sees the first event at all. What it missed is reported once;
 // it answers what comes later as if nothing had been.
 TEST_F(HandOver, AMonitorThatHadNotBegunAnswersTheLaterOnes) {
