@@ -4,7 +4,6 @@
 #include "ied-client/quantity.h"
 #include "ied-client/reportBits.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace ied::client {
