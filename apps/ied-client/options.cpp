@@ -5,6 +5,8 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
+#include <cmath>
+#include <cstdlib>
 
 namespace ied::client {
 
@@ -34,7 +36,7 @@ constexpr const char *footer =
 
 // An option that takes bits by name.
 void addBits(CLI::App &sub, const std::string &name, std::string &bits, std::span<const BitName> names,
-             const std::string &help) {
+             const std::string &what) {
     sub.add_option_function<std::string>(
         name,
         [&bits, names, name](const std::string &text) {
@@ -45,33 +47,44 @@ void addBits(CLI::App &sub, const std::string &name, std::string &bits, std::spa
             }
             bits = *parsed;
         },
-        help);
+        what + ": " + bitNamesText(names));
+}
+
+// An option for seconds takes these. CLI::Range alone lets "nan" through.
+void checkSeconds(CLI::Option *option, f64 least, f64 most) {
+    option->check(CLI::Range(least, most))->check([](const std::string &text) {
+        return std::isnan(std::strtod(text.c_str(), nullptr)) ? text + " is no number" : "";
+    });
 }
 
 void addReportArguments(CLI::App &sub, Options &options) {
     sub.add_option("REF", options.arguments, "control blocks: LD/LN.NAME or LD/LN$BR$NAME")->required();
-    addBits(sub, "--trgops", options.trgOps, trgOpsNames, "triggers: dchg,qchg,dupd,period,gi or 6 digits");
-    addBits(sub, "--optflds", options.optFlds, optFldsNames,
-            "optional fields: seqNum,timeStamp,reasonCode,dataSet,dataRef,bufOvfl,entryID,configRef,"
-            "segmentation or 10 digits");
+    addBits(sub, "--trgops", options.trgOps, trgOpsNames, "triggers");
+    addBits(sub, "--optflds", options.optFlds, optFldsNames, "optional fields");
     sub.add_option("--buftm", options.bufTm, "milliseconds that changes are gathered");
     sub.add_option("--intgpd", options.intgPd, "milliseconds between integrity reports; 0: none");
     sub.add_flag("--gi", options.gi, "ask for a general interrogation");
     CLI::Option *purge = sub.add_flag("--purge", options.purge, "buffered: drop what the buffer holds first");
-    sub.add_option_function<std::string>(
+    sub.add_option_function<std::vector<std::string>>(
            "--resume",
-           [&options](const std::string &text) {
-               std::string why;
-               options.resume = parseEntryPoint(text, why);
-               if (!options.resume) {
-                   throw CLI::ValidationError("--resume", why);
+           [&options](const std::vector<std::string> &texts) {
+               for (const std::string &text : texts) {
+                   std::string why;
+                   const std::optional<EntryPoint> entry = parseEntryPoint(text, why);
+                   if (!entry) {
+                       throw CLI::ValidationError("--resume", why);
+                   }
+                   options.resume.push_back(*entry);
                }
            },
            "buffered: go on behind ENTRYID@TIME, as the end of `report` prints it; ENTRYID alone is taken "
-           "as it is, 0000000000000000 is the oldest entry")
+           "as it is, 0000000000000000 begins with the oldest entry; once for each REF, in their order")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->excludes(purge);
     sub.add_option("--count", options.count, "end after so many reports in all");
-    sub.add_option("--for", options.span, "end after so many seconds")->check(CLI::Range(0.001, 1e9));
+    checkSeconds(sub.add_option("--for", options.span, "end after so many seconds"), 0.001, 1e9);
 }
 
 void addArguments(CLI::App &sub, Command command, Options &options, std::string &first, std::string &second) {
@@ -91,8 +104,9 @@ void addArguments(CLI::App &sub, Command command, Options &options, std::string 
         sub.add_option("REF", options.arguments, "an attribute, object, node, device, array element or range")
             ->required();
         sub.add_flag("--watch", options.watch, "read again and again");
-        sub.add_option("--interval", options.interval, "seconds between the rounds of --watch [1]")
-            ->check(CLI::Range(0.0, 86400.0));
+        checkSeconds(
+            sub.add_option("--interval", options.interval, "seconds between the rounds of --watch [1]"), 0.0,
+            86400.0);
         sub.add_option("--rounds", options.rounds, "end --watch after so many rounds");
         break;
     case Command::write:
@@ -140,6 +154,17 @@ std::string unknownCommand(const CLI::App &app) {
     return app.get_subcommands().empty() && !rest.empty() && rest[0][0] != '-' ? rest[0] : "";
 }
 
+// What is wrong with the number of --resume, or "".
+std::string resumeFault(const Options &options) {
+    const std::size_t given = options.resume.size();
+    const std::size_t blocks = options.arguments.size();
+    return given == 0 || given == blocks
+               ? ""
+               : "--resume stands " + std::to_string(given) + (given == 1 ? " time" : " times") + " for " +
+                     std::to_string(blocks) + (blocks == 1 ? " control block" : " control blocks") +
+                     ": give it once for each REF, in their order";
+}
+
 } // namespace
 
 bool splitServer(const std::string &text, std::string &host, u16 &port) {
@@ -182,8 +207,8 @@ std::optional<Options> parseOptions(int argc, char **argv, int &status) {
     app.add_option("HOST[:PORT]", server, "the server; port 102 unless given")->required();
     app.add_flag("--json", options.json, "one JSON document a read, one line a round");
     app.add_flag("--plain", options.plain, "no colours and no charts, as when the output is no terminal");
-    app.add_option("--timeout", options.timeout, "seconds to wait for each answer [10]")
-        ->check(CLI::Range(0.1, 3600.0));
+    checkSeconds(app.add_option("--timeout", options.timeout, "seconds to wait for each answer [10]"), 0.1,
+                 3600.0);
     app.require_subcommand(1);
     for (const CommandRow &row : commands) {
         CLI::App *sub = app.add_subcommand(row.name, row.help);
@@ -211,8 +236,11 @@ std::optional<Options> parseOptions(int argc, char **argv, int &status) {
     if (options.command == Command::write) {
         options.arguments.push_back(second);
     }
-    if (!splitServer(server, options.host, options.port)) {
-        std::fprintf(stderr, "ied-client: '%s' is no HOST[:PORT]\n", server.c_str());
+    const std::string wrong = splitServer(server, options.host, options.port)
+                                  ? resumeFault(options)
+                                  : "'" + server + "' is no HOST[:PORT]";
+    if (!wrong.empty()) {
+        std::fprintf(stderr, "ied-client: %s\n", wrong.c_str());
         status = statusUsage;
         return std::nullopt;
     }

@@ -43,9 +43,9 @@ struct Options {
     std::optional<u32> intgPd;
     bool gi = false;
     bool purge = false;
-    std::optional<EntryPoint> resume;
-    u32 count = 0; // report: ends after so many; 0: never
-    f64 span = 0;  // report: seconds until it ends; 0: never
+    std::vector<EntryPoint> resume; // none, or one for each argument
+    u32 count = 0;                  // report: ends after so many; 0: never
+    f64 span = 0;                   // report: seconds until it ends; 0: never
 };
 
 // Options, or the status to leave with: 0 after --help or --version, 2 for what cannot be.

@@ -15,6 +15,8 @@ struct EntryPoint {
     std::string octets;      // of the EntryID
     std::optional<i64> time; // TimeOfEntry, milliseconds since 1970; not always told
 };
+// EntryID that stands before the oldest entry.
+inline const std::string noEntry(8, '\0');
 
 // One member of the data set that a report includes.
 struct ReportedMember {

@@ -9,11 +9,11 @@ namespace ied::client {
 namespace {
 
 constexpr BitName trgOpsTable[] = {
-    {1, "dchg", "data-change"},
-    {2, "qchg", "quality-change"},
-    {3, "dupd", "data-update"},
-    {4, "period", "integrity"},
-    {5, "gi", "GI"},
+    {trgDataChange, "dchg", "data-change"},
+    {trgQualityChange, "qchg", "quality-change"},
+    {trgDataUpdate, "dupd", "data-update"},
+    {trgIntegrity, "period", "integrity"},
+    {trgGi, "gi", "GI"},
 };
 // Named as in SCL (IEC 61850-6 9.3.8), with the names of IEC 61850-7-2 beside.
 constexpr BitName optFldsTable[] = {
@@ -28,8 +28,9 @@ constexpr BitName optFldsTable[] = {
     {optSegmentation, "segmentation", nullptr},
 };
 constexpr BitName reasonTable[] = {
-    {1, "data-change", nullptr}, {2, "quality-change", nullptr},        {3, "data-update", nullptr},
-    {4, "integrity", nullptr},   {5, "general-interrogation", nullptr}, {6, "application-trigger", nullptr},
+    {trgDataChange, "data-change", nullptr},   {trgQualityChange, "quality-change", nullptr},
+    {trgDataUpdate, "data-update", nullptr},   {trgIntegrity, "integrity", nullptr},
+    {trgGi, "general-interrogation", nullptr}, {reasonApplicationTrigger, "application-trigger", nullptr},
 };
 
 const BitName *named(const std::string &text, std::span<const BitName> names) {
@@ -39,12 +40,8 @@ const BitName *named(const std::string &text, std::span<const BitName> names) {
     return row == names.end() ? nullptr : &*row;
 }
 
-std::string allNames(std::span<const BitName> names) {
-    std::string text;
-    for (const BitName &name : names) {
-        text += (text.empty() ? "" : ",") + std::string(name.name);
-    }
-    return text;
+std::size_t bitCount(std::span<const BitName> names) {
+    return names.back().bit + 1;
 }
 
 } // namespace
@@ -71,21 +68,34 @@ std::string bitsText(const std::string &bits, std::span<const BitName> names, co
     return text.empty() ? "none" : text;
 }
 
+std::string bitNamesText(std::span<const BitName> names) {
+    std::string text;
+    for (const BitName &name : names) {
+        text += (text.empty() ? "" : ", ") + std::string(name.name) +
+                (name.alias ? " (" + std::string(name.alias) + ")" : "");
+    }
+    return text + "; all, none or " + std::to_string(bitCount(names)) + " binary digits";
+}
+
 std::optional<std::string> parseBitNames(const std::string &text, std::span<const BitName> names,
                                          std::string &why) {
-    const std::size_t count = names.back().bit + 1;
-    std::string bits(count, '0');
+    std::string bits(bitCount(names), '0');
     if (text == "none") {
         return bits;
     }
-    if (text.size() == count && text.find_first_not_of("01") == std::string::npos) {
+    if (text == "all") {
+        for (const BitName &name : names) {
+            bits[name.bit] = '1';
+        }
+        return bits;
+    }
+    if (text.size() == bits.size() && text.find_first_not_of("01") == std::string::npos) {
         return text;
     }
-    for (const std::string &part : split(text == "all" ? allNames(names) : text, ',')) {
+    for (const std::string &part : split(text, ',')) {
         const BitName *name = named(part, names);
         if (!name) {
-            why = "'" + part + "' is none of " + allNames(names) + "; all, none or " + std::to_string(count) +
-                  " binary digits may be written too";
+            why = "'" + part + "' is none of " + bitNamesText(names);
             return std::nullopt;
         }
         bits[name->bit] = '1';

@@ -14,6 +14,14 @@ struct BitName {
     const char *alias; // another spelling that is understood, or null
 };
 
+// A reason for inclusion has the bit of its trigger.
+enum TrgOpsBit : unsigned {
+    trgDataChange = 1,
+    trgQualityChange = 2,
+    trgDataUpdate = 3,
+    trgIntegrity = 4,
+    trgGi = 5
+};
 enum OptFldsBit : unsigned {
     optSqNum = 1,
     optTimeOfEntry = 2,
@@ -25,7 +33,7 @@ enum OptFldsBit : unsigned {
     optConfRev = 8,
     optSegmentation = 9
 };
-constexpr unsigned trgOpsGi = 5;
+constexpr unsigned reasonApplicationTrigger = 6;
 
 extern const std::span<const BitName> trgOpsNames;
 extern const std::span<const BitName> optFldsNames;
@@ -37,6 +45,9 @@ bool isSet(const std::string &bits, unsigned bit);
 // Names of the bits that are set, between `separator`; "none" without any. A bit without a name is
 // "bit N".
 std::string bitsText(const std::string &bits, std::span<const BitName> names, const char *separator = ",");
+
+// What parseBitNames takes: "dchg (data-change), ...; all, none or 6 binary digits".
+std::string bitNamesText(std::span<const BitName> names);
 
 // Bits from names between commas, from "none", from "all", or from binary digits; the result has
 // one digit for each bit up to the last that has a name. Nothing for another text; `why` then says

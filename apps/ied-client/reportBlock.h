@@ -42,6 +42,9 @@ std::string attributeText(const ReportBlock &block, const std::string &name);
 // "free", "reserved" or "enabled", with the owner where the server tells it.
 std::string stateText(const ReportBlock &block);
 
+// DataAccessError object-value-invalid: the attribute does not take this value.
+constexpr i64 valueInvalid = 11;
+
 // Writes one attribute, from the text that a person writes for its type: the DataAccessError, or
 // -1 when it was written.
 std::optional<i64> writeAttribute(Connection &connection, const ReportBlock &block, const std::string &name,

@@ -89,6 +89,9 @@ int takeReport(Subscriber &subscriber, Subscription &subscription, const Report 
         return fail(statusNoConnection,
                     "a malformed report of " + blockName(subscription.block) + ": " + why);
     }
+    if (subscription.awaited && !subscription.enabled) {
+        return statusGood; // let go of before it was known where the reports begin
+    }
     if (subscription.awaited) {
         bool shown = false;
         const int status = confirmResume(subscriber, subscription, report, shown);
@@ -128,6 +131,22 @@ u64 countReports(const Subscriber &subscriber) {
     return count;
 }
 
+bool isEnough(const Subscriber &subscriber) {
+    const u32 count = subscriber.session.options.count;
+    return count > 0 && countReports(subscriber) >= count;
+}
+
+// Shows what has arrived, up to the number of --count.
+int showArrived(Subscriber &subscriber) {
+    int status = statusGood;
+    while (status == statusGood && !subscriber.arrived.empty() && !isEnough(subscriber)) {
+        const Bytes pdu = std::move(subscriber.arrived.front());
+        subscriber.arrived.pop_front();
+        status = takeMessage(subscriber, pdu);
+    }
+    return status;
+}
+
 // Shows reports until enough have come, the time is over, a signal asks for the end, or something
 // fails.
 int follow(Subscriber &subscriber) {
@@ -136,13 +155,9 @@ int follow(Subscriber &subscriber) {
     const auto span = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<f64>(options.span));
     const Clock::time_point end = options.span > 0 ? Clock::now() + span : Clock::time_point::max();
     for (;;) {
-        while (!subscriber.arrived.empty()) {
-            const Bytes pdu = std::move(subscriber.arrived.front());
-            subscriber.arrived.pop_front();
-            const int status = takeMessage(subscriber, pdu);
-            if (status != statusGood || (options.count > 0 && countReports(subscriber) >= options.count)) {
-                return status;
-            }
+        const int status = showArrived(subscriber);
+        if (status != statusGood || isEnough(subscriber)) {
+            return status;
         }
         const Clock::time_point now = Clock::now();
         if (stopRequested() || now >= end) {
@@ -154,12 +169,20 @@ int follow(Subscriber &subscriber) {
     }
 }
 
+// What continues behind the last report of a block. Several blocks are resumed together, so that
+// one that had none needs an entry too.
+std::optional<EntryPoint> nextStart(const Subscriber &subscriber, const Subscription &subscription) {
+    const bool needed = subscriber.subscriptions.size() > 1 && isBuffered(subscription.block);
+    return !subscription.last && subscription.reports == 0 && needed ? EntryPoint{noEntry, std::nullopt}
+                                                                     : subscription.last;
+}
+
 // Says what came of each block: on the standard output, or beside the JSON lines.
 void printSummary(const Subscriber &subscriber) {
     std::fflush(stdout);
     for (const Subscription &subscription : subscriber.subscriptions) {
-        const std::string text =
-            summaryText(blockName(subscription.block), subscription.reports, subscription.last);
+        const std::string text = summaryText(blockName(subscription.block), subscription.reports,
+                                             nextStart(subscriber, subscription));
         std::fprintf(subscriber.session.options.json ? stderr : stdout, "%s\n", printable(text).c_str());
     }
 }
@@ -185,11 +208,12 @@ int showReports(Session &session) {
     const int subscribed = subscribe(subscriber);
     const int followed = subscribed == statusGood ? follow(subscriber) : subscribed;
     const int ended = unsubscribe(subscriber);
-    session.model.connection.unconfirmed = nullptr;
-    if (subscribed == statusGood) {
-        printSummary(subscriber);
+    if (subscribed != statusGood) {
+        return subscribed;
     }
-    return followed == statusGood ? ended : followed;
+    const int rest = showArrived(subscriber);
+    printSummary(subscriber);
+    return followed != statusGood ? followed : ended != statusGood ? ended : rest;
 }
 
 } // namespace ied::client

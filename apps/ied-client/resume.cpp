@@ -13,8 +13,6 @@ namespace ied::client {
 
 namespace {
 
-const std::string noEntry(8, '\0'); // EntryID that stands before the oldest entry
-
 // Counting numbers (four octets of zeros in front) have a predecessor.
 bool isCounted(const std::string &octets) {
     return octets.size() == noEntry.size() && octets.compare(0, 4, noEntry, 0, 4) == 0 && octets != noEntry;
@@ -41,14 +39,10 @@ bool isOlder(const ReportBlock &block, const EntryPoint &entry) {
 
 // Writes EntryID; `known` says whether the block holds that entry.
 int writeEntry(Subscriber &subscriber, Subscription &subscription, const std::string &octets, bool &known) {
-    constexpr i64 valueInvalid = 11; // DataAccessError object-value-invalid: no such entry
     i64 error = -1;
     const int status = tryAttribute(subscriber, subscription, "EntryID", hexDigits(octets), error);
     known = status == statusGood && error < 0;
-    if (error >= 0 && error != valueInvalid) {
-        return setAttribute(subscriber, subscription, "EntryID", hexDigits(octets));
-    }
-    return status;
+    return error >= 0 && error != valueInvalid ? refused(subscriber, subscription, "EntryID", error) : status;
 }
 
 // Begins with the oldest entry; a block that holds none begins with its first.
@@ -75,7 +69,8 @@ int resumeAfter(Subscriber &subscriber, Subscription &subscription, const EntryP
     bool known = false;
     if (!entry.time || !isCounted(entry.octets)) { // an EntryID that does not count holds the time itself
         const int status = writeEntry(subscriber, subscription, entry.octets, known);
-        return status != statusGood || known ? status : beginWithOldest(subscriber, subscription, entry);
+        const bool lost = !known && entry.octets != noEntry; // an empty buffer does not know that either
+        return status == statusGood && lost ? beginWithOldest(subscriber, subscription, entry) : status;
     }
     if (!tellsEntries(subscription.block)) {
         return fail(statusUsage, "--resume with a time needs entryID and timeStamp in the OptFlds of " +

@@ -68,11 +68,15 @@ int findSubscriptions(Subscriber &subscriber) {
     if (!blocks) {
         return fail(session);
     }
-    for (ReportBlock &block : *blocks) {
+    const std::vector<EntryPoint> &resume = session.options.resume;
+    for (std::size_t i = 0; i < blocks->size(); ++i) {
+        ReportBlock &block = (*blocks)[i];
         if (isTrue(block, "RptEna") || isTrue(block, "Resv")) {
             return fail(statusRefused, usedText(block));
         }
-        subscriber.subscriptions.emplace_back().block = std::move(block);
+        Subscription &subscription = subscriber.subscriptions.emplace_back();
+        subscription.block = std::move(block);
+        subscription.resume = resume.empty() ? nullptr : &resume.at(i);
     }
     return statusGood;
 }
@@ -104,7 +108,7 @@ int configure(Subscriber &subscriber, Subscription &subscription) {
         fail(statusGood, blockName(subscription.block) + " does not take " + bitsText(missing, optFldsNames) +
                              " in its OptFlds");
     }
-    if (options.gi && !isSet(attributeOctets(subscription.block, "TrgOps"), trgOpsGi)) {
+    if (options.gi && !isSet(attributeOctets(subscription.block, "TrgOps"), trgGi)) {
         return fail(statusUsage,
                     "--gi: the TrgOps of " + blockName(subscription.block) + " have no gi: see --trgops");
     }
@@ -114,7 +118,7 @@ int configure(Subscriber &subscriber, Subscription &subscription) {
 int take(Subscriber &subscriber, Subscription &subscription) {
     const Options &options = subscriber.session.options;
     const bool buffered = isBuffered(subscription.block);
-    if (!buffered && (options.purge || options.resume)) {
+    if (!buffered && (options.purge || subscription.resume)) {
         return fail(statusUsage, blockName(subscription.block) + " is unbuffered: it has nothing to " +
                                      (options.purge ? "purge" : "resume"));
     }
@@ -126,8 +130,8 @@ int take(Subscriber &subscriber, Subscription &subscription) {
         subscription.reserved = true;
     }
     int status = configure(subscriber, subscription);
-    if (status == statusGood && options.resume) {
-        status = resumeAfter(subscriber, subscription, *options.resume);
+    if (status == statusGood && subscription.resume) {
+        status = resumeAfter(subscriber, subscription, *subscription.resume);
     }
     return status;
 }
@@ -206,6 +210,7 @@ int unsubscribe(Subscriber &subscriber) {
         }
         subscription.enabled = subscription.reserved = false;
     }
+    connectionOf(subscriber).unconfirmed = nullptr;
     return status;
 }
 
@@ -252,7 +257,7 @@ u64 countMissing(Subscription &subscription, const Report &report) {
     return missing;
 }
 
-int tryAttribute(Subscriber &subscriber, Subscription &subscription, const std::string &name,
+int tryAttribute(Subscriber &subscriber, const Subscription &subscription, const std::string &name,
                  const std::string &text, i64 &error) {
     const std::optional<i64> result =
         writeAttribute(connectionOf(subscriber), subscription.block, name, text);
@@ -260,19 +265,23 @@ int tryAttribute(Subscriber &subscriber, Subscription &subscription, const std::
     return result ? statusGood : fail(subscriber.session, blockName(subscription.block));
 }
 
-int setAttribute(Subscriber &subscriber, Subscription &subscription, const std::string &name,
+int setAttribute(Subscriber &subscriber, const Subscription &subscription, const std::string &name,
                  const std::string &text) {
     i64 error = -1;
     const int status = tryAttribute(subscriber, subscription, name, text, error);
-    if (status != statusGood || error < 0) {
-        return status;
-    }
+    return status != statusGood || error < 0 ? status : refused(subscriber, subscription, name, error);
+}
+
+int refused(Subscriber &subscriber, const Subscription &subscription, const std::string &name, i64 error) {
     ReportBlock now = subscription.block;
-    const bool used = readAgain(subscriber.session.model, now) && !subscription.enabled &&
-                      (isTrue(now, "RptEna") || (isTrue(now, "Resv") && !subscription.reserved));
-    return fail(statusRefused,
-                used ? usedText(now)
-                     : name + " of " + blockName(now) + " was not written: " + dataAccessError(error));
+    if (readAgain(subscriber.session.model, now) && !subscription.enabled &&
+        (isTrue(now, "RptEna") || (isTrue(now, "Resv") && !subscription.reserved))) {
+        return fail(statusRefused, usedText(now));
+    }
+    const std::string value = attributeText(now, name);
+    const bool changed = error == valueInvalid && value != attributeText(subscription.block, name);
+    return fail(statusRefused, name + " of " + blockName(now) + " was not written: " +
+                                   dataAccessError(error) + (changed ? "; it is " + value + " now" : ""));
 }
 
 } // namespace ied::client

@@ -22,9 +22,10 @@ struct ReportedSet {
 struct Subscription {
     ReportBlock block;
     const ReportedSet *set = nullptr;
-    bool reserved = false; // by this client
-    bool enabled = false;  // by this client
-    u32 reports = 0;       // shown
+    const EntryPoint *resume = nullptr; // entry behind which its reports begin; null: not asked for
+    bool reserved = false;              // by this client
+    bool enabled = false;               // by this client
+    u32 reports = 0;                    // shown
     std::optional<u64> nextSqNum;
     std::optional<EntryPoint> last;    // entry of the last report shown
     std::optional<EntryPoint> awaited; // entry that the next report must be of, see resume.cpp
@@ -39,10 +40,11 @@ struct Subscriber {
 };
 
 // Takes the blocks that the arguments name and enables them. What arrives from then on is kept in
-// `arrived`. After a failure, too, release must follow.
+// `arrived`. After a failure, too, unsubscribe must follow.
 int subscribe(Subscriber &subscriber);
 
-// Disables and frees the blocks as far as the connection allows.
+// Disables and frees the blocks as far as the connection allows. Reports that come before the answers
+// are still in `arrived` then, later ones are not.
 int unsubscribe(Subscriber &subscriber);
 
 // The subscription that a report belongs to, by its RptID and its data set; null if there is none, or
@@ -57,11 +59,13 @@ std::string misfit(const Subscription &subscription, const Report &report);
 u64 countMissing(Subscription &subscription, const Report &report);
 
 // Writes an attribute; says the failure, with the culprit, when it is not written.
-int setAttribute(Subscriber &subscriber, Subscription &subscription, const std::string &name,
+int setAttribute(Subscriber &subscriber, const Subscription &subscription, const std::string &name,
                  const std::string &text);
-// The same, but gives the DataAccessError of a refusal to the caller (-1: written).
-int tryAttribute(Subscriber &subscriber, Subscription &subscription, const std::string &name,
+// The same in two steps: a write that gives the DataAccessError of a refusal (-1: written), and what
+// is said of that: who has the block, or the error and the value that the server has set instead.
+int tryAttribute(Subscriber &subscriber, const Subscription &subscription, const std::string &name,
                  const std::string &text, i64 &error);
+int refused(Subscriber &subscriber, const Subscription &subscription, const std::string &name, i64 error);
 
 // Where the reports of a block that is not yet enabled begin: behind `entry` if the block still
 // holds it, else with the oldest entry kept.

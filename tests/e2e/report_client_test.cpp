@@ -8,7 +8,9 @@ using namespace ied::test;
 namespace {
 
 const std::string unbuffered = "ZRX418MEAS/LLN0.urcbRms01";
-const std::string buffered = "ZRX418MEAS/LLN0.brcbTest"; // over the same data set, four entries deep
+// Over the same data set, four entries deep.
+const std::string buffered = "ZRX418MEAS/LLN0.brcbTest";
+const std::string other = "ZRX418MEAS/LLN0.brcbOther";
 
 bool contains(const std::string &text, const std::string &part) {
     return text.find(part) != std::string::npos;
@@ -32,24 +34,25 @@ RunResult client(const ServerProcess &server, std::vector<std::string> rest) {
     return run(arguments(server, std::move(rest)), {"TZ=UTC"});
 }
 
-// The instrument's model with a buffered block more.
-std::string icdWithBlock() {
+// The instrument's model with two buffered blocks more.
+std::string icdWithBlocks() {
     static const TempFolder folder;
     std::string text = readFile(fullIcd());
     const std::string place = "<ReportControl name=\"urcbRms\"";
-    text.insert(
-        text.find(place),
-        "<ReportControl name=\"brcbTest\" datSet=\"dsRms\" intgPd=\"0\" rptID=\"brcbTest\" confRev=\"1\" "
-        "buffered=\"true\" bufTime=\"0\"><TrgOps dchg=\"true\"/><OptFields seqNum=\"true\" "
-        "timeStamp=\"true\" reasonCode=\"true\" entryID=\"true\" bufOvfl=\"true\"/>"
-        "<RptEnabled max=\"1\"/></ReportControl>");
+    for (const std::string name : {"brcbTest", "brcbOther"}) {
+        text.insert(text.find(place),
+                    "<ReportControl name=\"" + name + "\" datSet=\"dsRms\" intgPd=\"0\" rptID=\"" + name +
+                        "\" confRev=\"1\" buffered=\"true\" bufTime=\"0\"><TrgOps dchg=\"true\"/>"
+                        "<OptFields seqNum=\"true\" timeStamp=\"true\" reasonCode=\"true\" entryID=\"true\" "
+                        "bufOvfl=\"true\"/><RptEnabled max=\"1\"/></ReportControl>");
+    }
     const std::string path = folder.path + "/blocks.icd";
     writeFile(path, text);
     return path;
 }
 
 ServerOptions options() {
-    return {icdWithBlock(), {"tickRate=1000", "minRptBufNum=4", "maxRptBufNum=4"}, {}, true};
+    return {icdWithBlocks(), {"tickRate=1000", "minRptBufNum=4", "maxRptBufNum=4"}, {}, true};
 }
 
 // EntryID of the newest entry of the buffered block.
@@ -78,21 +81,25 @@ void prepare(ServerProcess &server) {
     ASSERT_TRUE(waitUntil([&] {
         return contains(client(server, {"read", "ZRX418MEAS/MMXU1.Hz"}).out, "49.98");
     }));
-    ASSERT_EQ(client(server, {"write", buffered + ".PurgeBuf", "true"}).status, 0);
+    for (const std::string &block : {buffered, other}) {
+        ASSERT_EQ(client(server, {"write", block + ".PurgeBuf", "true"}).status, 0);
+    }
 }
 
-// What stands behind "--resume " in a text.
-std::string resumeText(const std::string &text) {
-    const std::size_t at = text.find("--resume ");
-    return at == std::string::npos ? "" : text.substr(at + 9, text.find('\n', at) - at - 9);
+// What stands behind "--resume " in a text of the block.
+std::string resumeText(const std::string &text, const std::string &block = buffered) {
+    const std::string before = " of " + block + "[BR]; to go on: --resume ";
+    const std::size_t at = text.find(before);
+    const std::size_t begin = at + before.size();
+    return at == std::string::npos ? "" : text.substr(begin, text.find('\n', begin) - begin);
 }
 
-// The entries of a text of reports, by the end of their numbers: "34".
-std::string entriesOf(const std::string &text) {
+// The entries of a text of reports of the block, by the end of their numbers: "34".
+std::string entriesOf(const std::string &text, const std::string &block = buffered) {
     std::string entries;
-    for (std::size_t at = text.find("  entry "); at != std::string::npos;
-         at = text.find("  entry ", at + 1)) {
-        entries += text[at + 8 + 15];
+    for (std::size_t at = text.find(block + "[BR]  "); at != std::string::npos;
+         at = text.find(block + "[BR]  ", at + 1)) {
+        entries += text[text.find("  entry ", at) + 8 + 15];
     }
     return entries;
 }
@@ -174,17 +181,20 @@ TEST_F(ReportClient, RefusalsNameTheCulprit) {
              Row{{unbuffered, "--buftm", "3600001"},
                  1,
                  "BufTm of ZRX418MEAS/LLN0.urcbRms01[RP] was not written: "
-                 "object-value-invalid"},
+                 "object-value-invalid; it is 3600000 now"},
              Row{{unbuffered, "--intgpd", "4999"},
                  1,
-                 "IntgPd of ZRX418MEAS/LLN0.urcbRms01[RP] was not written"},
+                 "IntgPd of ZRX418MEAS/LLN0.urcbRms01[RP] was not written: "
+                 "object-value-invalid; it is 5000 now"},
              Row{{unbuffered, unbuffered}, 2, "ZRX418MEAS/LLN0.urcbRms01[RP] is named twice"},
              Row{{unbuffered, "--resume", "01"}, 2, "is unbuffered"},
              Row{{unbuffered, "--trgops", "dchg", "--gi"}, 2, "have no gi"},
              Row{{buffered, "--optflds", "seqNum", "--resume", "0000000000000001@1999-01-01T00:00:00.000Z"},
                  2,
                  "needs entryID and timeStamp in the OptFlds"},
-             Row{{buffered, "--trgops", "often"}, 2, "'often' is none of dchg,"},
+             Row{{buffered, other, "--resume", "01"}, 2, "--resume stands 1 time for 2 control blocks"},
+             Row{{buffered, "--trgops", "often"}, 2, "'often' is none of dchg (data-change), qchg"},
+             Row{{buffered, "--for", "nan"}, 2, "nan is no number"},
          }) {
         std::vector<std::string> words = {"report"};
         words.insert(words.end(), row.arguments.begin(), row.arguments.end());
@@ -193,6 +203,33 @@ TEST_F(ReportClient, RefusalsNameTheCulprit) {
         EXPECT_TRUE(contains(result.err, row.message)) << result.err;
         EXPECT_TRUE(isFree(unbuffered) && isFree(buffered)) << row.message;
     }
+    EXPECT_TRUE(contains(client(*server, {"report", "--help"}).out, "qchg (quality-change), "));
+}
+
+TEST(ReportClientResume, TakesAnEntryForEachBlock) {
+    ServerProcess server(options());
+    prepare(server);
+    const auto both = [&](const std::string &first, const std::string &second, const char *end,
+                          const char *value) {
+        return client(server, {"report", buffered, other, "--resume", first, "--resume", second, end, value});
+    };
+    const RunResult none = client(server, {"report", buffered, other, "--for", "0.1"});
+    EXPECT_TRUE(none.out.starts_with("no reports of " + buffered)) << none.out;
+    const std::string oldest = resumeText(none.out);
+    EXPECT_EQ(oldest, "0000000000000000");
+    EXPECT_EQ(resumeText(none.out, other), oldest);
+    EXPECT_EQ(both(oldest, oldest, "--for", "0.1").err, "");
+    for (const float watts : {1000.0F, 2000.0F, 3000.0F}) {
+        measure(server, watts);
+    }
+    const RunResult all = both(oldest, oldest, "--count", "6");
+    EXPECT_EQ(entriesOf(all.out) + " " + entriesOf(all.out, other), "123 123") << all.out;
+    measure(server, 4000);
+    const RunResult two = client(server, {"report", other, "--resume", oldest, "--count", "2"});
+    const RunResult rest = both(resumeText(all.out), resumeText(two.out, other), "--count", "3");
+    EXPECT_EQ(entriesOf(rest.out) + " " + entriesOf(rest.out, other), "4 34") << rest.out << rest.err;
+    EXPECT_EQ(rest.err, "");
+    EXPECT_EQ(stop(server.process), 0);
 }
 
 TEST(ReportClientResume, GoesOnBehindTheLastEntryButNotInTheBufferOfAnotherStart) {

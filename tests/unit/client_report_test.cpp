@@ -342,6 +342,92 @@ TEST(ClientReport, ComesBetweenRequestAndAnswerAndInSeveralFrames) {
     EXPECT_GE(connection.socket, 0);
 }
 
+namespace {
+
+// Model of a server with a buffered block LD/LLN0.cb over one member.
+Model blockModel(Connection &connection) {
+    const auto structure = [](std::vector<std::string> names, std::vector<Type> parts) {
+        return Type{Kind::structure, 0, 0, std::move(names), std::move(parts)};
+    };
+    const Type block = structure({"RptEna", "DatSet", "RptID", "OptFlds", "EntryID"},
+                                 {{Kind::boolean, 0, 0, {}, {}},
+                                  {Kind::visibleString, -129, 0, {}, {}},
+                                  {Kind::visibleString, -129, 0, {}, {}},
+                                  {Kind::bitString, -10, 0, {}, {}},
+                                  {Kind::octetString, 8, 0, {}, {}}});
+    const Type node = structure(
+        {"BR", "ST"}, {structure({"cb"}, {block}), structure({"m"}, {{Kind::integer, 32, 0, {}, {}}})});
+    return {connection, {}, {}, {{"LD/LLN0", node}}};
+}
+
+const std::string blockState = "A4 24 A1 22 A2 20 83 01 00 8A 09" + ascii("LD/LLN0$s") + rptId +
+                               "84 03 06 61 00 89 08 00 00 00 00 00 00 00 00";
+const std::string dataSetOfOne =
+    "AC 1A 80 01 00 A1 15 30 13 A0 11 A1 0F 1A 02" + ascii("LD") + "1A 09" + ascii("LLN0$ST$m");
+const std::string written = "A5 02 81 00";
+
+// A report of the block with this entry and number.
+std::string entryReport(const std::string &entry, const std::string &sqNum) {
+    return reportPdu(rptId + "84 03 06 61 00 86 01" + sqNum + second1984 + "89 08 00 00 00 00 00 00 00" +
+                     entry + "84 02 07 80" + seven);
+}
+
+} // namespace
+
+TEST(ClientReport, IsShownWhenItComesBeforeTheBlockIsDisabled) {
+    struct Row {
+        u32 count;
+        std::vector<EntryPoint> resume;
+        const char *summary;
+    };
+    const EntryPoint four{{0, 0, 0, 0, 0, 0, 0, 4}, secondDay1984 + 1000};
+    for (const Row &row : {
+             Row{0,
+                 {},
+                 "2 reports of LD/LLN0.cb[BR]; to go on: --resume "
+                 "0000000000000006@1984-01-02T00:00:01.000Z\n"},
+             Row{1,
+                 {},
+                 "1 report of LD/LLN0.cb[BR]; to go on: --resume "
+                 "0000000000000005@1984-01-02T00:00:01.000Z\n"},
+             // Nothing is known of the entry, and it is too late to begin anew.
+             Row{0,
+                 {four},
+                 "no reports of LD/LLN0.cb[BR]; to go on: --resume "
+                 "0000000000000004@1984-01-02T00:00:01.000Z\n"},
+         }) {
+        std::vector<std::string> answers = {blockState, dataSetOfOne, blockState, written, written};
+        if (!row.resume.empty()) {
+            answers.push_back(written); // of EntryID
+        }
+        std::vector<ied::test::ScriptStep> steps = {{"", ied::test::connectionConfirmHex},
+                                                    {"", ied::test::connectReply}};
+        for (std::size_t i = 0; i < answers.size(); ++i) {
+            const std::string answer =
+                ied::test::dataFrame(ied::test::tlv("A1", "02 01 0" + std::to_string(i + 1) + answers[i]));
+            const bool last = i + 1 == answers.size();
+            steps.push_back({"", (last ? ied::test::dataFrame(entryReport("05", "00")) +
+                                             ied::test::dataFrame(entryReport("06", "01"))
+                                       : "") +
+                                     answer});
+        }
+        ScriptedPeer peer(steps);
+        Options options;
+        options.arguments = {"LD/LLN0.cb"};
+        options.span = 0.001;
+        options.count = row.count;
+        options.resume = row.resume;
+        Connection connection;
+        ASSERT_TRUE(connect(connection, "127.0.0.1", peer.port)) << connection.failure.text;
+        Session session{options, {}, blockModel(connection)};
+        testing::internal::CaptureStdout();
+        const int status = showReports(session);
+        const std::string shown = testing::internal::GetCapturedStdout();
+        EXPECT_EQ(status, statusGood);
+        EXPECT_TRUE(shown.ends_with(row.summary)) << shown;
+    }
+}
+
 TEST(ClientReport, AnEndOfTheAssociationEndsTheWait) {
     for (const auto &[frames, why] :
          {std::pair{ied::test::tpkt("02 F0 80 19 07 11 01 05 31 02 32 10"),
