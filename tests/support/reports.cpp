@@ -1,5 +1,7 @@
 #include "tests/support/reports.h"
 
+#include <algorithm>
+
 namespace ied::test {
 
 namespace {
@@ -49,7 +51,7 @@ std::optional<std::string> inside(const std::optional<std::string> &hex, std::st
 
 // Takes the parts of a report one by one.
 struct Parts {
-    const std::vector<Element> &elements;
+    std::vector<Element> elements;
     std::size_t next = 0;
     bool sound = true;
 
@@ -82,67 +84,85 @@ std::vector<bool> bitsOf(const std::string &content) {
     return bits;
 }
 
-} // namespace
-
-std::optional<Report> reportOf(const std::string &mmsPdu) {
+// The results of an InformationReport whose list is named RPT.
+std::optional<std::vector<Element>> resultsOf(const std::string &mmsPdu) {
     const auto service = inside(inside(mmsPdu, "A3"), "A0");
     const auto report = service ? elementsOf(*service) : std::nullopt;
     if (!report || report->size() != 2 || (*report)[0].whole != canonical("A1 05 80 03 52 50 54") ||
         (*report)[1].tag != "A0") {
         return std::nullopt;
     }
-    const auto elements = elementsOf((*report)[1].content);
-    if (!elements) {
-        return std::nullopt;
-    }
-    Report result;
-    Parts parts{*elements};
-    result.rptId = parts.take("8A");
+    return elementsOf((*report)[1].content);
+}
+
+bool has(const Report &report, unsigned bit) {
+    return (report.optFlds & bit) != 0;
+}
+
+// What stands in front of the inclusion bits.
+void takeHead(Parts &parts, Report &report) {
+    report.rptId = parts.take("8A");
     const std::string options = parts.take("84");
     if (options.size() != 6 || !options.starts_with("06")) {
-        return std::nullopt;
+        parts.sound = false;
+        return;
     }
-    result.optFlds = static_cast<unsigned>(std::stoul(options.substr(2), nullptr, 16));
-    const auto has = [&result](unsigned bit) { return (result.optFlds & bit) != 0; };
-    if (has(0x4000)) {
-        result.sqNum = parts.takeNumber("86");
+    report.optFlds = static_cast<unsigned>(std::stoul(options.substr(2), nullptr, 16));
+    if (has(report, 0x4000)) {
+        report.sqNum = parts.takeNumber("86");
     }
-    if (has(0x2000)) {
-        result.time = parts.take("8C");
+    if (has(report, 0x2000)) {
+        report.time = parts.take("8C");
     }
-    if (has(0x800)) {
-        result.dataSet = parts.take("8A");
+    if (has(report, 0x800)) {
+        report.dataSet = parts.take("8A");
     }
-    if (has(0x200)) {
-        result.bufOvfl = parts.takeNumber("83") != 0;
+    if (has(report, 0x200)) {
+        report.bufOvfl = parts.takeNumber("83") != 0;
     }
-    if (has(0x100)) {
+    if (has(report, 0x100)) {
         const std::string id = parts.take("89");
-        result.entryId = id.size() == 16 ? std::stoull(id, nullptr, 16) : 0;
+        report.entryId = id.size() == 16 ? std::stoull(id, nullptr, 16) : 0;
     }
-    if (has(0x80)) {
-        result.confRev = parts.takeNumber("86");
+    if (has(report, 0x80)) {
+        report.confRev = parts.takeNumber("86");
     }
-    if (has(0x40)) {
+    if (has(report, 0x40)) {
         parts.take("86");
         parts.take("83");
     }
-    result.included = bitsOf(parts.take("84"));
-    std::size_t members = 0;
-    for (const bool bit : result.included) {
-        members += bit;
+}
+
+// References, values and reasons of the members that are included.
+void takeMembers(Parts &parts, Report &report) {
+    report.included = bitsOf(parts.take("84"));
+    const auto members =
+        static_cast<std::size_t>(std::count(report.included.begin(), report.included.end(), true));
+    for (std::size_t i = 0; has(report, 0x400) && i < members; i++) {
+        report.references.push_back(parts.take("8A"));
     }
-    for (std::size_t i = 0; has(0x400) && i < members; i++) {
-        result.references.push_back(parts.take("8A"));
+    for (std::size_t i = 0; i < members && parts.next < parts.elements.size(); i++) {
+        report.values.push_back(parts.elements[parts.next++].whole);
     }
-    for (std::size_t i = 0; i < members && parts.next < elements->size(); i++) {
-        result.values.push_back((*elements)[parts.next++].whole);
+    for (std::size_t i = 0; has(report, 0x1000) && i < members; i++) {
+        report.reasons.push_back(parts.take("84"));
     }
-    for (std::size_t i = 0; has(0x1000) && i < members; i++) {
-        result.reasons.push_back(parts.take("84"));
+    parts.sound = parts.sound && report.values.size() == members;
+}
+
+} // namespace
+
+std::optional<Report> reportOf(const std::string &mmsPdu) {
+    auto results = resultsOf(mmsPdu);
+    if (!results) {
+        return std::nullopt;
     }
-    const bool whole = parts.sound && parts.next == elements->size() && result.values.size() == members;
-    return whole ? std::optional(result) : std::nullopt;
+    Parts parts{std::move(*results)};
+    Report report;
+    takeHead(parts, report);
+    takeMembers(parts, report);
+    const bool whole = parts.sound && parts.next == parts.elements.size();
+    return whole ? std::optional(report) : std::nullopt;
 }
 
 std::optional<Report> receiveReport(RawClient &client, Milliseconds limit) {
