@@ -1,14 +1,15 @@
 """Data sets, report control blocks and log control blocks, one row each.
 
 A data set takes whole data objects in one functional constraint, so that a value comes with its
-quality and time. Each kind of data has an unbuffered and a buffered block, and each block an
-instance for each of the eight clients.
+quality and time. Measurements and registers have unbuffered blocks; self-check, recorders and outputs, of
+which no change may be lost, have buffered ones; demand, inputs, alarms and voltage events have both. Each
+block has an instance for each of the eight clients.
 
 The ring of an unbuffered block has 5 entries. A buffered block has 100, from the smallest data set to
 the largest, as long as the report memory lasts; so all buffered blocks but the one with the largest
-data set cost a hundred entries of each instance. For that their data sets are small. A buffered block
-gathers from the start of the server, so those over live measurements take samples at their integrity
-period instead of every change.
+data set cost a hundred entries of each instance. For that their data sets are small: over live
+measurements there are but the two of trends. A buffered block gathers from the start of the server, so
+these take samples at their integrity period instead of every change.
 """
 
 from dataclasses import dataclass
