@@ -10,13 +10,33 @@ namespace {
 constexpr u32 firstOutput = 1;
 constexpr u32 firstRecorder = 31;
 
+bool closesOutput(u32 action) {
+    return action >= firstOutput && action < firstOutput + region::outputClose.count;
+}
+
 } // namespace
 
-void act(Instrument *instrument, u32 action, bool active) {
-    if (action >= firstOutput && action < firstOutput + region::outputClose.count) {
-        operateOutput(instrument, action - firstOutput, active);
-    } else if (active && action >= firstRecorder && action < firstRecorder + region::waveCount.count) {
+void act(Instrument *instrument, u32 action) {
+    if (closesOutput(action)) {
+        operateOutput(instrument, action - firstOutput, true);
+    } else if (action >= firstRecorder && action < firstRecorder + region::waveCount.count) {
         startRecord(instrument, action - firstRecorder);
+    }
+}
+
+u32 outputOfAction(u32 action) {
+    return closesOutput(action) ? 1u << (action - firstOutput) : 0;
+}
+
+void releaseOutputs(Instrument *instrument) {
+    const u32 before = instrument->calledFor;
+    instrument->calledFor = outputsOfSetPoints(*instrument) | outputsOfLogicGroups(*instrument) |
+                            outputsOfVoltageEvents(*instrument);
+    for (u32 output = 0; output < region::outputClose.count; output++) {
+        const bool isReleased = ((before & ~instrument->calledFor) >> output & 1) != 0;
+        if (isReleased && instrument->openAt[output] == 0) {
+            operateOutput(instrument, output, false);
+        }
     }
 }
 

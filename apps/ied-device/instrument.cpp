@@ -1,5 +1,6 @@
 #include "ied-device/instrument.h"
 
+#include "ied-device/actions.h"
 #include "ied-device/chance.h"
 #include "ied-device/harmonics.h"
 #include "ied-device/measuring.h"
@@ -130,6 +131,7 @@ bool tickInstrument(Instrument *instrument, u64 lateNs) {
     }
     watchSetPoints(instrument);
     watchLogicGroups(instrument);
+    releaseOutputs(instrument);
     instrument->lateNs = 0;
     return isSecond;
 }

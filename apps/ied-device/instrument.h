@@ -61,6 +61,7 @@ struct Instrument {
     VoltageEvents voltageEvents;
     SetPoints setPoints;
     LogicGroups logicGroups;
+    u32 calledFor = 0;  // bit of each output that something active calls for
     u64 openAt[6] = {}; // tick that ends the pulse of each output, 0 for none
     Energies energies{};
     DemandWindow demand;

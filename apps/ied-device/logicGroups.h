@@ -22,4 +22,7 @@ struct LogicGroups {
 //   Trg1, Trg2       what to do with it (see actions.h)
 void watchLogicGroups(Instrument *instrument);
 
+// Bits of the outputs that a group calls for.
+u32 outputsOfLogicGroups(const Instrument &instrument);
+
 } // namespace ied::instrument

@@ -77,6 +77,16 @@ bool nextAlarm(Instrument *instrument, u32 point) {
     return !active;
 }
 
+template <class Visit> void forEachAction(Region region, u32 points, const Visit &visit) {
+    for (u32 point = 0; point < setPointCount; point++) {
+        for (const Parameter &action : families().actions) {
+            if ((points >> point & 1) != 0) {
+                visit(static_cast<u32>(inForce(region, action, point)));
+            }
+        }
+    }
+}
+
 } // namespace
 
 void watchSetPoints(Instrument *instrument) {
@@ -91,13 +101,14 @@ void watchSetPoints(Instrument *instrument) {
     }
     instrument->setPoints.active = alarms;
     appendEntry(*instrument, region::spRing, alarms);
-    for (u32 point = 0; point < setPointCount; point++) {
-        if ((changed >> point & 1) != 0) {
-            for (const Parameter &action : families().actions) {
-                act(instrument, static_cast<u32>(inForce(region, action, point)), (alarms >> point & 1) != 0);
-            }
-        }
-    }
+    forEachAction(region, changed & alarms, [&](u32 action) { act(instrument, action); });
+}
+
+u32 outputsOfSetPoints(const Instrument &instrument) {
+    u32 outputs = 0;
+    forEachAction(instrument.shared.region, instrument.setPoints.active,
+                  [&](u32 action) { outputs |= outputOfAction(action); });
+    return outputs;
 }
 
 } // namespace ied::instrument

@@ -26,4 +26,7 @@ struct SetPoints {
 //   Trg1, Trg2  what to do with it (see actions.h)
 void watchSetPoints(Instrument *instrument);
 
+// Bits of the outputs that an alarm calls for.
+u32 outputsOfSetPoints(const Instrument &instrument);
+
 } // namespace ied::instrument

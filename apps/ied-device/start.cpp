@@ -1,3 +1,4 @@
+#include "ied-device/actions.h"
 #include "ied-device/eventRings.h"
 #include "ied-device/measuring.h"
 #include "ied-device/parameters.h"
@@ -108,6 +109,7 @@ void takeUpEvents(Instrument *instrument) {
     const Region region = instrument->shared.region;
     instrument->setPoints.active = newestState(region, region::spRing);
     instrument->logicGroups.active = newestState(region, region::lgRing);
+    releaseOutputs(instrument);
     store(region, region::pqStart, load(region, region::pqCounter));
     for (u32 group = 0; group < region::waveCount.count; group++) {
         store(region, region::waveStart, load(region, region::waveCount, group), group);

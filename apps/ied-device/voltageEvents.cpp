@@ -5,7 +5,6 @@
 #include "ied-device/parameters.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numbers>
 
 namespace ied::instrument {
@@ -40,10 +39,18 @@ EntryTypes entryTypes(Variation kind) {
     }
 }
 
-void actOnVariation(Instrument *instrument, bool active) {
-    static const Parameter action = findParameter("SET.sys.VarTrg1");
-    for (u32 i = 0; i < 2; i++) {
-        act(instrument, static_cast<u32>(inForce(instrument->shared.region, action, 0, i)), active);
+struct Families {
+    Parameter variation, transient;
+};
+
+const Families &families() {
+    static const Families all{findParameter("SET.sys.VarTrg1"), findParameter("SET.sys.TransTrg1")};
+    return all;
+}
+
+template <class Visit> void forEachAction(Region region, const Parameter &family, const Visit &visit) {
+    for (u32 i = 0; i < family.row->members; i++) {
+        visit(static_cast<u32>(inForce(region, family, 0, i)));
     }
 }
 
@@ -63,8 +70,9 @@ void follow(Instrument *instrument, RunningVariation *running, Variation kind, f
     if (kind != Variation::None) {
         appendPqEntry(*instrument, {PqVariation, entryTypes(kind).start, percent, 0});
     }
-    if (wasActive != (kind != Variation::None)) {
-        actOnVariation(instrument, !wasActive);
+    if (!wasActive) {
+        forEachAction(instrument->shared.region, families().variation,
+                      [&](u32 action) { act(instrument, action); });
     }
 }
 
@@ -101,7 +109,7 @@ void watchVoltages(Instrument *instrument) {
 void watchTransients(Instrument *instrument) {
     static const Parameter enabled = findParameter("SET.sys.TransEna");
     static const Parameter threshold = findParameter("SET.sys.TransStrVar");
-    static const Parameter action = findParameter("SET.sys.TransTrg1");
+    instrument->voltageEvents.transient = false;
     if (instrument->disturbances.transients.empty()) {
         return;
     }
@@ -112,12 +120,23 @@ void watchTransients(Instrument *instrument) {
             continue;
         }
         appendPqEntry(*instrument, {PqTransient, 0, percent, transient.microseconds});
-        for (const bool active : {true, false}) {
-            for (u32 i = 0; i < 2; i++) {
-                act(instrument, static_cast<u32>(inForce(region, action, 0, i)), active);
-            }
-        }
+        instrument->voltageEvents.transient = true;
+        forEachAction(region, families().transient, [&](u32 action) { act(instrument, action); });
     }
+}
+
+u32 outputsOfVoltageEvents(const Instrument &instrument) {
+    const Region region = instrument.shared.region;
+    const VoltageEvents &events = instrument.voltageEvents;
+    u32 outputs = 0;
+    const auto add = [&](u32 action) { outputs |= outputOfAction(action); };
+    if (events.high.kind != Variation::None || events.low.kind != Variation::None) {
+        forEachAction(region, families().variation, add);
+    }
+    if (events.transient) {
+        forEachAction(region, families().transient, add);
+    }
+    return outputs;
 }
 
 } // namespace ied::instrument

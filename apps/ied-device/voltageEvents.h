@@ -32,6 +32,7 @@ struct RunningVariation {
 struct VoltageEvents {
     RunningVariation high;
     RunningVariation low;
+    bool transient = false; // one was noticed in the running tick
 };
 
 // Which variation it is when the lowest and the highest of the measured voltages are so many percent
@@ -46,5 +47,8 @@ Variation judgeLow(Variation before, f64 lowest, f64 highest, const VariationLim
 // follow.
 void watchVoltages(Instrument *instrument);
 void watchTransients(Instrument *instrument);
+
+// Bits of the outputs that a running variation, or a transient of this tick, calls for.
+u32 outputsOfVoltageEvents(const Instrument &instrument);
 
 } // namespace ied::instrument

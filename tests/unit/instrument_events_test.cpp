@@ -348,6 +348,61 @@ TEST_F(InstrumentEvents, AnOutputWithAPulseLengthOpensByItself) {
     EXPECT_EQ(loadAt<u32>(area, 20245540), 2u);
 }
 
+TEST_F(InstrumentEvents, AnActionThatIsOverLeavesAPulseAlone) {
+    calm();
+    const auto outputs = [this] { return loadAt<u16>(area, 16654118); };
+    line("set SET.sys.TransTrg1 3");
+    line("transient 180% 500us");
+    tick(1);
+    EXPECT_EQ(outputs(), 4); // without a length for one look
+    tick(1);
+    EXPECT_EQ(outputs(), 0);
+    line("set SET.IO.ROPlsTm3 5");
+    line("set SET.setpoint4.Trg1 3");
+    for (const char *cause : {"transient 180% 500us", "input 1 1"}) {
+        line(cause);
+        tick(1);
+        line("input 1 0");
+        tick(4);
+        EXPECT_EQ(outputs(), 4) << cause;
+        tick(2);
+        EXPECT_EQ(outputs(), 0) << cause;
+    }
+    EXPECT_EQ(loadAt<u32>(area, 20245540), 6u);
+}
+
+TEST_F(InstrumentEvents, AnOutputStaysClosedWhileAnythingCallsForIt) {
+    calm();
+    const auto expectOutputs = [this](u16 expected, const char *when) {
+        EXPECT_EQ(loadAt<u16>(area, 16654118), expected) << when;
+    };
+    for (const char *text :
+         {"setpoint4.Trg1 1", "setpoint5.Trg2 1", "logic2.Trg2 2", "sys.VarTrg2 2", "sys.TransTrg2 2"}) {
+        EXPECT_EQ(line(std::string("set SET.") + text), "ok\n");
+    }
+    line("input 1 1");
+    line("input 2 1");
+    tick(1);
+    expectOutputs(3, "both inputs");
+    line("dip A 40% 30ms");
+    line("transient 180% 500us");
+    line("input 1 0");
+    tick(2);
+    expectOutputs(3, "one input, a dip");
+    tick(2);
+    expectOutputs(1, "one input");
+    line("output RO1 0");
+    tick(2);
+    expectOutputs(0, "opened by hand");
+    line("input 1 1");
+    tick(1);
+    expectOutputs(3, "called for again");
+    line("set SET.setpoint4.Trg1 0");
+    line("input 2 0");
+    tick(1);
+    expectOutputs(0, "nothing calls");
+}
+
 TEST_F(InstrumentEvents, TheServerStartsARecordByItsCounterAlone) {
     editCopiesLive();
     executeCommand(unit.get(), {1, 1, 0, 1, 0});
@@ -405,6 +460,12 @@ TEST_F(InstrumentEvents, ARestartGoesOnFromTheRings) {
     tick(100);
     EXPECT_EQ(spCount(), count);
     EXPECT_EQ(alarms(), 8u);
+    line("set SET.setpoint4.Trg1 1");
+    line("output RO1 1");
+    start();
+    line("input 1 0");
+    tick(1);
+    EXPECT_EQ(loadAt<u16>(area, 16654118), 0);
 }
 
 TEST_F(InstrumentEvents, NothingHappensWithoutChanceAndTheSameWithTheSameSeed) {
