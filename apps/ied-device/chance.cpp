@@ -22,16 +22,16 @@ u32 drawBelow(u64 *seed, u32 end) {
 
 void changeInput(Instrument *instrument, u64 *seed) {
     const Region region = instrument->shared.region;
-    const u32 input = drawBelow(seed, 8);
+    const u32 input = drawBelow(seed, region::DIMod.count);
     if (load(region, region::DIMod, input) == 0) {
         setInput(instrument, input, (load(region, region::diState) >> input & 1) == 0);
     }
 }
 
-void changeRelay(Instrument *instrument, u64 *seed) {
-    const u32 relay = drawBelow(seed, 4);
+void changeOutput(Instrument *instrument, u64 *seed) {
+    const u32 output = drawBelow(seed, region::outputClose.count);
     const u16 state = load(instrument->shared.region, region::outputState);
-    operateOutput(instrument, relay, (state >> relay & 1) == 0);
+    operateOutput(instrument, output, (state >> output & 1) == 0);
 }
 
 void changeLoad(Instrument *instrument, u64 *seed) {
@@ -41,9 +41,7 @@ void changeLoad(Instrument *instrument, u64 *seed) {
 }
 
 void vary(Instrument *instrument, u8 phases, f64 level, f64 seconds) {
-    const u64 first = instrument->ticks;
-    const u64 length = 1 + static_cast<u64>(seconds * ticksPerSecond);
-    instrument->disturbances.variations.push_back({phases, level, first, first + length});
+    addVariation(instrument, phases, level, 1 + static_cast<u64>(seconds * ticksPerSecond));
 }
 
 u8 somePhases(u64 *seed) {
@@ -68,8 +66,8 @@ void strike(Instrument *instrument, u64 *seed) {
 }
 
 using Event = void (*)(Instrument *, u64 *);
-constexpr Event events[] = {changeInput, changeInput, changeInput, changeRelay, changeLoad,
-                            dip,         dip,         swell,       interrupt,   strike};
+constexpr Event events[] = {changeInput, changeInput, changeInput, changeOutput, changeLoad,
+                            dip,         dip,         swell,       interrupt,    strike};
 
 } // namespace
 

@@ -107,6 +107,11 @@ void liveSecond(Instrument *instrument) {
 
 } // namespace
 
+void addVariation(Instrument *instrument, u8 phases, f64 level, u64 length) {
+    const u64 first = instrument->ticks;
+    instrument->disturbances.variations.push_back({phases, level, first, first + length});
+}
+
 void lookAtMains(Instrument *instrument) {
     Grid plain = instrument->grid;
     std::fill(std::begin(plain.share), std::end(plain.share), 1.0);

@@ -91,6 +91,9 @@ void stepInstrument(Instrument *instrument);
 // written too. While held nothing is written; the next step makes up for it.
 void refreshRealTime(Instrument *instrument);
 
+// Voltages of `level`, as a ratio to the rated one, on some phases for so many ticks from now on.
+void addVariation(Instrument *instrument, u8 phases, f64 level, u64 length);
+
 // Parameters of the measurement as they stand in the live area.
 Method methodOf(Region region);
 

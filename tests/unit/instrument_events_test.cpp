@@ -482,6 +482,11 @@ TEST_F(InstrumentEvents, NothingHappensWithoutChanceAndTheSameWithTheSameSeed) {
         start();
         EXPECT_EQ(line("chance 60 7"), "ok\n");
         step(300);
+        u32 operated = 0;
+        for (u32 slot = 20245544; slot < 20245544 + 20 * 100; slot += 20) {
+            operated |= loadAt<u16>(area, slot + 14);
+        }
+        EXPECT_EQ(operated, 63u); // every output
         text = line("state events");
         EXPECT_GT(loadAt<u32>(area, 20243936), 10u);
         EXPECT_GT(pqLog().size(), 10u);
