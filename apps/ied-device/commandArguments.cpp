@@ -1,6 +1,7 @@
 #include "ied-device/commandArguments.h"
 
-#include <algorithm>
+#include "ied-device/disturbances.h"
+
 #include <cmath>
 #include <cstdlib>
 
@@ -8,7 +9,8 @@ namespace ied::instrument {
 
 f64 Arguments::prefixed(std::size_t index, f64 low, f64 high, std::string *unit) {
     char *end = nullptr;
-    const char *begin = has(index) ? words_[index].c_str() : "";
+    const std::string word = text(index);
+    const char *begin = word.c_str();
     const f64 value = std::strtod(begin, &end);
     if (end == begin || !(value >= low && value <= high)) {
         sound_ = false;
@@ -48,23 +50,25 @@ u64 Arguments::duration(std::size_t index) {
     std::string name;
     const f64 value = prefixed(index, 0, longest, &name);
     for (const Unit &unit : units) {
-        if (name == unit.name && value * unit.microseconds <= longest) {
-            return static_cast<u64>(std::llround(value * unit.microseconds));
+        const f64 microseconds = std::round(value * unit.microseconds);
+        if (name == unit.name && microseconds > 0 && microseconds <= longest) {
+            return static_cast<u64>(microseconds);
         }
     }
     sound_ = false;
     return 0;
 }
 
-u8 Arguments::phases(std::size_t index) const {
+u8 Arguments::phases(std::size_t *index) {
     const std::string all = "ABC";
+    const std::string word = text(*index);
+    if (word.empty() || word.find_first_not_of(all) != std::string::npos) {
+        return AllPhases;
+    }
+    ++*index;
     u8 set = 0;
-    for (const char letter : has(index) ? words_[index] : std::string()) {
-        const std::size_t phase = all.find(letter);
-        if (phase == std::string::npos) {
-            return 0;
-        }
-        set = static_cast<u8>(set | 1u << phase);
+    for (const char letter : word) {
+        set = static_cast<u8>(set | 1u << all.find(letter));
     }
     return set;
 }
@@ -74,7 +78,7 @@ bool Arguments::among(std::size_t index, const char *first, const char *second) 
 }
 
 std::size_t Arguments::oneOf(std::size_t index, const std::vector<std::string> &list) {
-    const auto found = has(index) ? std::find(list.begin(), list.end(), words_[index]) : list.end();
+    const auto found = std::find(list.begin(), list.end(), text(index));
     sound_ = sound_ && found != list.end();
     return found == list.end() ? 0 : static_cast<std::size_t>(found - list.begin());
 }

@@ -18,6 +18,12 @@ struct CommandRow {
     Command run;
 };
 
+// The reply of a line that cannot be done; `text` comes without a line end.
+inline void refuse(Reply *reply, const std::string &text) {
+    reply->text = text + "\n";
+    reply->failed = true;
+}
+
 // Commands on the mains and the load.
 std::span<const CommandRow> gridCommands();
 // Commands that make events.

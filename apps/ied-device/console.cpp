@@ -28,37 +28,35 @@ const CommandRow *findCommand(const std::string &name) {
 std::string commandHelp() {
     constexpr std::size_t column = 54;
     std::string text;
-    const auto add = [&](const CommandRow &row) {
-        std::string line = std::string(row.name) + " " + row.arguments;
-        line.resize(std::max(line.size() + 2, column), ' ');
-        text += line + row.effect + "\n";
-    };
     for (const auto commands : allCommands) {
         for (const CommandRow &row : commands()) {
-            add(row);
+            std::string line = std::string(row.name) + " " + row.arguments;
+            line.resize(std::max(line.size() + 2, column), ' ');
+            text += line + row.effect + "\n";
         }
     }
-    add({"help", "", "this list", nullptr});
     return text;
 }
 
 Reply executeLine(Instrument *instrument, const std::string &line) {
     std::istringstream stream(line);
-    const Words words{std::istream_iterator<std::string>(stream), {}};
+    Words words{std::istream_iterator<std::string>(stream), {}};
+    words.erase(
+        std::find_if(words.begin(), words.end(), [](const std::string &word) { return word[0] == '#'; }),
+        words.end());
     Reply reply;
-    if (words.empty() || words[0][0] == '#') {
+    if (words.empty()) {
         return reply;
-    }
-    if (words[0] == "help") {
-        return {commandHelp(), false, After::GoOn, 0};
     }
     const CommandRow *row = findCommand(words[0]);
     if (row == nullptr) {
-        return {"unknown command " + words[0] + "; \"help\" lists all\n", true, After::GoOn, 0};
+        refuse(&reply, "unknown command " + words[0] + "; \"help\" lists all");
+        return reply;
     }
     Arguments arguments(words);
     if (!row->run(instrument, arguments, &reply)) {
-        return {std::string("usage: ") + row->name + " " + row->arguments + "\n", true, After::GoOn, 0};
+        reply = {};
+        refuse(&reply, std::string("usage: ") + row->name + " " + row->arguments);
     }
     if (reply.text.empty()) {
         reply.text = "ok\n";

@@ -23,7 +23,8 @@ struct Reply {
 // The list of all commands, a line each.
 std::string commandHelp();
 
-// Does one line. An empty line or one that begins with "#" does nothing and has no reply.
+// Does one line. A word that begins with "#" and all behind it is a remark; a line without other words
+// does nothing and has no reply.
 Reply executeLine(Instrument *instrument, const std::string &line);
 
 } // namespace ied::instrument

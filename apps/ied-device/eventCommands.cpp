@@ -16,25 +16,16 @@ u64 ticksOf(u64 microseconds) {
     return std::max<u64>(1, (microseconds + tickUs - 1) / tickUs);
 }
 
-// Phases that may stand in front of the other words; `at` moves on to those.
-u8 phasesBefore(const Arguments &arguments, std::size_t *at) {
-    const u8 phases = arguments.phases(*at);
-    *at += phases != 0 ? 1 : 0;
-    return phases != 0 ? phases : u8{AllPhases};
-}
-
 // Voltages of a level between the limits in percent, for as long as the word behind it says.
 bool vary(Instrument *instrument, Arguments &arguments, f64 low, f64 high) {
     std::size_t at = 1;
-    const u8 phases = phasesBefore(arguments, &at);
+    const u8 phases = arguments.phases(&at);
     const f64 level = high > 0 ? arguments.ratio(at++, low, high) : 0;
-    const u64 length = ticksOf(arguments.duration(at++));
-    if (!arguments.sound() || arguments.has(at)) {
-        return false;
+    const u64 length = ticksOf(arguments.duration(at));
+    if (arguments.sound()) {
+        addVariation(instrument, phases, level, length);
     }
-    const u64 first = instrument->ticks;
-    instrument->disturbances.variations.push_back({phases, level, first, first + length});
-    return true;
+    return arguments.sound();
 }
 
 bool dip(Instrument *instrument, Arguments &arguments, Reply *) {
@@ -61,17 +52,13 @@ bool transient(Instrument *instrument, Arguments &arguments, Reply *) {
 }
 
 bool pulse(Instrument *instrument, Arguments &arguments, Reply *reply) {
-    const f64 input = arguments.number(1, 1, 8);
-    const f64 count = arguments.number(2, 0, 1e9, 1);
-    if (!arguments.sound()) {
-        return false;
+    const u32 input = arguments.whole(1, 1, region::DIMod.count);
+    const u32 count = arguments.whole(2, 0, 1'000'000'000, 1);
+    if (arguments.sound() && !countPulses(instrument, input - 1, count)) {
+        const std::string number = std::to_string(input);
+        refuse(reply, "input " + number + " does not count pulses: set SET.IO.DIMod" + number + " 1");
     }
-    if (!countPulses(instrument, static_cast<u32>(input) - 1, static_cast<u32>(count))) {
-        reply->text = "input " + arguments.text(1) + " does not count pulses: set SET.IO.DIMod" +
-                      arguments.text(1) + " 1\n";
-        reply->failed = true;
-    }
-    return true;
+    return arguments.sound();
 }
 
 // How often to set a state, and to which one: each time the other one for "toggle".
@@ -84,12 +71,12 @@ struct Wanted {
 Wanted wanted(Arguments &arguments) {
     const std::size_t word = arguments.oneOf(2, {"0", "1", "toggle"});
     const bool toggles = word == 2;
-    const u32 times = toggles && arguments.has(3) ? arguments.whole(3, 1, mostRepeats) : 1;
+    const u32 times = toggles ? arguments.whole(3, 1, mostRepeats, 1) : 1;
     return {toggles, word == 1, times};
 }
 
 bool input(Instrument *instrument, Arguments &arguments, Reply *) {
-    const u32 number = arguments.whole(1, 1, 8) - 1;
+    const u32 number = arguments.whole(1, 1, region::DIMod.count) - 1;
     const Wanted want = wanted(arguments);
     if (!arguments.sound()) {
         return false;
@@ -110,9 +97,8 @@ bool output(Instrument *instrument, Arguments &arguments, Reply *reply) {
     for (u32 i = 0; i < want.times; i++) {
         const bool before = (load(instrument->shared.region, region::outputState) >> number & 1) != 0;
         if (!operateOutput(instrument, number, want.toggles ? !before : want.closed)) {
-            reply->text = arguments.text(1) + " is in use for something else: set SET.IO.DOMod" +
-                          arguments.text(1).substr(2) + " 0\n";
-            reply->failed = true;
+            refuse(reply, arguments.text(1) + " is in use for something else: set SET.IO.DOMod" +
+                              arguments.text(1).substr(2) + " 0");
             return true;
         }
     }
@@ -122,28 +108,27 @@ bool output(Instrument *instrument, Arguments &arguments, Reply *reply) {
 bool record(Instrument *instrument, Arguments &arguments, Reply *reply) {
     const u32 group = arguments.whole(1, 1, region::waveCount.count);
     if (arguments.sound() && !startRecord(instrument, group - 1)) {
-        reply->text = "group " + arguments.text(1) + " keeps no records: set SET.wave" + arguments.text(1) +
-                      ".MaxNumRcd\n";
-        reply->failed = true;
+        const std::string number = std::to_string(group);
+        refuse(reply, "group " + number + " keeps no records: set SET.wave" + number + ".MaxNumRcd");
     }
     return arguments.sound();
 }
 
 bool check(Instrument *instrument, Arguments &arguments, Reply *reply) {
+    const std::string name = arguments.text(1);
     const bool faulty = arguments.among(2, "1", "0");
     if (!arguments.sound()) {
         return false;
     }
     std::string names;
     for (const CheckRow &row : checkRows()) {
-        if (arguments.text(1) == row.name) {
+        if (name == row.name) {
             setCheck(instrument, row.bit, faulty);
             return true;
         }
         names += std::string(" ") + row.name;
     }
-    reply->text = "no flag " + arguments.text(1) + "; there are" + names + "\n";
-    reply->failed = true;
+    refuse(reply, "no flag " + name + "; there are" + names);
     return true;
 }
 
@@ -166,7 +151,7 @@ bool reset(Instrument *instrument, Arguments &arguments, Reply *) {
 bool chance(Instrument *instrument, Arguments &arguments, Reply *) {
     const f64 rate = arguments.number(1, 0, 6000);
     const bool seeded = arguments.has(2);
-    const u32 seed = seeded ? arguments.whole(2, 0, 1'000'000'000) : 0;
+    const u32 seed = arguments.whole(2, 0, 1'000'000'000, 0);
     if (arguments.sound()) {
         instrument->chance.rate = rate;
         instrument->chance.seed = seeded ? seed : monotonicNs();

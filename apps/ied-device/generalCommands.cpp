@@ -50,16 +50,16 @@ std::string objection(Region region, const std::string &name, f64 value) {
 }
 
 bool set(Instrument *instrument, Arguments &arguments, Reply *reply) {
+    const std::string name = arguments.text(1);
     const f64 value = arguments.number(2, -1e9, 1e9);
     if (!arguments.sound()) {
         return false;
     }
-    const std::string wrong = objection(instrument->shared.region, arguments.text(1), value);
+    const std::string wrong = objection(instrument->shared.region, name, value);
     if (wrong.empty()) {
-        setParameter(instrument, findParameter(arguments.text(1)), value);
+        setParameter(instrument, findParameter(name), value);
     } else {
-        reply->text = wrong + "\n";
-        reply->failed = true;
+        refuse(reply, wrong);
     }
     return true;
 }
@@ -75,14 +75,14 @@ bool rated(Instrument *instrument, Arguments &arguments, Reply *) {
     return arguments.sound();
 }
 
-bool hold(Instrument *instrument, Arguments &, Reply *) {
-    instrument->held = true;
-    return true;
+bool hold(Instrument *instrument, Arguments &arguments, Reply *) {
+    instrument->held = instrument->held || arguments.sound();
+    return arguments.sound();
 }
 
-bool resume(Instrument *instrument, Arguments &, Reply *) {
-    instrument->held = false;
-    return true;
+bool resume(Instrument *instrument, Arguments &arguments, Reply *) {
+    instrument->held = instrument->held && !arguments.sound();
+    return arguments.sound();
 }
 
 bool state(Instrument *instrument, Arguments &arguments, Reply *reply) {
@@ -91,7 +91,7 @@ bool state(Instrument *instrument, Arguments &arguments, Reply *reply) {
         prefixes.push_back(arguments.text(i));
     }
     reply->text = stateJson(*instrument, prefixes);
-    return true;
+    return arguments.sound();
 }
 
 bool wait(Instrument *, Arguments &arguments, Reply *reply) {
@@ -100,9 +100,14 @@ bool wait(Instrument *, Arguments &arguments, Reply *reply) {
     return arguments.sound();
 }
 
-bool quit(Instrument *, Arguments &, Reply *reply) {
+bool help(Instrument *, Arguments &arguments, Reply *reply) {
+    reply->text = commandHelp();
+    return arguments.sound();
+}
+
+bool quit(Instrument *, Arguments &arguments, Reply *reply) {
     reply->after = After::Quit;
-    return true;
+    return arguments.sound();
 }
 
 constexpr CommandRow commands[] = {
@@ -114,6 +119,7 @@ constexpr CommandRow commands[] = {
     {"state", "[PREFIX...]", "what the instrument holds, as JSON", state},
     {"wait", "SECONDS", "wait before the next line", wait},
     {"quit", "", "end", quit},
+    {"help", "", "this list", help},
 };
 
 } // namespace

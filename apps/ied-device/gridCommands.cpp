@@ -13,10 +13,8 @@ constexpr f64 quarter = std::numbers::pi / 2;
 constexpr f64 percent = 0.01;
 
 bool load(Instrument *instrument, Arguments &arguments, Reply *) {
-    const std::string phases = "ABC";
-    const bool one = arguments.has(1) && arguments.text(1).size() == 1 &&
-                     phases.find(arguments.text(1)) != std::string::npos;
-    const std::size_t at = one ? 2 : 1;
+    std::size_t at = 1;
+    const u8 phases = arguments.phases(&at);
     const f64 amperes = arguments.number(at, -1e5, 1e5);
     const f64 factor = arguments.number(at + 1, 0, 1, 0.93);
     const bool leads = arguments.has(at + 2) && arguments.among(at + 2, "lead", "lag");
@@ -24,8 +22,8 @@ bool load(Instrument *instrument, Arguments &arguments, Reply *) {
         return false;
     }
     const f64 angle = std::acos(factor) * (leads ? -1 : 1) + (amperes < 0 ? 2 * quarter : 0);
-    for (std::size_t p = 0; p < 3; p++) {
-        if (!one || phases.find(arguments.text(1)) == p) {
+    for (int p = 0; p < 3; p++) {
+        if ((phases >> p & 1) != 0) {
             instrument->grid.load[p] = {std::fabs(amperes), angle};
         }
     }
@@ -50,14 +48,13 @@ bool unbalance(Instrument *instrument, Arguments &arguments, Reply *) {
 
 bool harmonic(Instrument *instrument, Arguments &arguments, Reply *) {
     const bool isVoltage = arguments.among(1, "voltage", "current");
-    const f64 order = arguments.number(2, 2, orders - 1);
+    const u32 order = arguments.whole(2, 2, orders - 1);
     const f64 ratio = arguments.number(3, 0, 200) * percent;
     const f64 angle = arguments.number(4, -360, 360, 0) / 90 * quarter;
-    if (!arguments.sound() || order != std::floor(order)) {
+    if (!arguments.sound()) {
         return false;
     }
-    (isVoltage ? instrument->grid.voltage : instrument->grid.current)[static_cast<int>(order)] = {ratio,
-                                                                                                  angle};
+    (isVoltage ? instrument->grid.voltage : instrument->grid.current)[order] = {ratio, angle};
     return true;
 }
 
@@ -90,7 +87,7 @@ bool rotation(Instrument *instrument, Arguments &arguments, Reply *) {
 }
 
 constexpr CommandRow commands[] = {
-    {"load", "[A|B|C] AMPERES [PF [lead|lag]]", "current of all phases or of one; negative exports", load},
+    {"load", "[PHASES] AMPERES [PF [lead|lag]]", "current of the phases; negative exports: load C 170", load},
     {"voltage", "PERCENT", "level of the voltages", voltage},
     {"unbalance", "NEGATIVE [ZERO]", "sequence components of the voltage in percent", unbalance},
     {"rotation", "abc|acb", "phase sequence of the mains", rotation},

@@ -505,7 +505,12 @@ TEST_F(InstrumentEvents, WrongCommandsChangeNothing) {
                               "dip D 40% 1s",
                               "dip A 40 1h",
                               "dip A 101% 1s",
-                              "dip A 40% 1s more",
+                              "dip A 40 0",
+                              "transient 180% 0.4us",
+                              "pulse 7.9",
+                              "pulse 7 2.5",
+                              "harmonic voltage 2.5 1",
+                              "input 1 1 2",
                               "swell 99% 1s",
                               "interruption",
                               "interruption 2 s",
@@ -530,6 +535,44 @@ TEST_F(InstrumentEvents, WrongCommandsChangeNothing) {
     EXPECT_EQ(line("rated 1"), "ok\n");
     EXPECT_EQ(loadAt<u16>(area, 7568), 1);
     EXPECT_EQ(arm(81), 1082u);
+}
+
+TEST_F(InstrumentEvents, ASurplusWordIsRefusedBeforeAnythingHappens) {
+    for (const char *text : {"load A 5 0.9 lag",
+                             "voltage 90",
+                             "unbalance 1 1",
+                             "rotation acb",
+                             "harmonic current 5 3 90",
+                             "frequency 51",
+                             "flicker 1 10",
+                             "drift off",
+                             "input 1 1",
+                             "input 1 toggle 3",
+                             "pulse 7 2",
+                             "output RO1 1",
+                             "dip A 40 1s",
+                             "swell 120 1s",
+                             "interruption 1s",
+                             "transient 180 1ms",
+                             "record 1",
+                             "check flash 1",
+                             "reset di",
+                             "chance 5 1",
+                             "wiring delta",
+                             "rated 1",
+                             "set SET.sys.RtgVolt 220",
+                             "hold",
+                             "resume",
+                             "wait 1",
+                             "help",
+                             "quit"}) {
+        const std::string before = line("state");
+        const Reply reply = executeLine(unit.get(), std::string(text) + " 1");
+        EXPECT_TRUE(reply.failed) << text;
+        EXPECT_EQ(reply.after, After::GoOn) << text;
+        EXPECT_TRUE(line("state") == before) << text; // too long to print
+        EXPECT_FALSE(executeLine(unit.get(), std::string(text) + " #1 1").failed) << text; // a remark
+    }
 }
 
 TEST_F(InstrumentEvents, EveryParameterComesWithItsCounterOrItsBlock) {

@@ -344,13 +344,15 @@ INSTANTIATE_TEST_SUITE_P(SecondsOfTheMonth, InstrumentStart,
 
 TEST_F(InstrumentRegion, FollowsItsLineCommands) {
     line("drift off");
-    line("load A 50 0.8");
+    line("load AB 50 0.8");
     line("unbalance 3 1");
     line("harmonic voltage 7 4 90");
     line("frequency 50.25");
     step(1);
     EXPECT_NEAR(real(30180), 50, 0.1); // fundamental current of phase A
     EXPECT_NEAR(real(30196), 0.8, 1e-3);
+    EXPECT_EQ(unit->grid.load[1].amperes, 50);
+    EXPECT_NE(unit->grid.load[2].amperes, 50);
     EXPECT_NEAR(real(30324), 0.03, 1e-4);
     EXPECT_NEAR(real(30328), 0.01, 1e-4);
     EXPECT_NEAR(real(21724 + 28), 0.04, 0.004);
@@ -365,7 +367,7 @@ TEST_F(InstrumentRegion, FollowsItsLineCommands) {
           "input 1 2", "frequency 500", "flicker -1", "sing"}) {
         EXPECT_TRUE(executeLine(unit.get(), wrong).failed) << wrong;
     }
-    EXPECT_EQ(line("# a remark"), "");
+    EXPECT_EQ(line(" #a remark"), "");
     EXPECT_EQ(executeLine(unit.get(), "quit").after, After::Quit);
 }
 
