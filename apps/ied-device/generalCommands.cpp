@@ -4,6 +4,7 @@
 #include "ied-device/parameters.h"
 #include "ied-device/state.h"
 
+#include <functional>
 #include <vector>
 
 namespace ied::instrument {
@@ -28,12 +29,12 @@ bool wiring(Instrument *instrument, Arguments &arguments, Reply *) {
     return arguments.sound();
 }
 
-// Whether a value would fit the other parameters; nothing is changed yet.
-bool wouldFit(Region region, const Parameter &parameter, f64 value) {
+// Whether the parameters would still fit each other after a change; nothing is changed yet.
+bool wouldFit(Region region, const std::function<void(Region)> &change) {
     std::vector<u8> draft(region.base, region.base + region::paramAreaSize);
-    const Region area{draft.data()};
-    storeParameter(area, region::liveArea, parameter, value);
-    return fitsOthers(area, region::liveArea, parameter);
+    const Region changed{draft.data()};
+    change(changed);
+    return keepsFit(region, changed);
 }
 
 // What is wrong with a value for the parameter of that name, or nothing.
@@ -46,7 +47,8 @@ std::string objection(Region region, const std::string &name, f64 value) {
         return name + " takes " + std::to_string(parameter.row->low) + " to " +
                std::to_string(parameter.row->high);
     }
-    return wouldFit(region, parameter, value) ? "" : name + " would not fit the other parameters";
+    const auto change = [&](Region draft) { storeParameter(draft, region::liveArea, parameter, value); };
+    return wouldFit(region, change) ? "" : name + " would not fit the other parameters";
 }
 
 bool set(Instrument *instrument, Arguments &arguments, Reply *reply) {
@@ -65,14 +67,20 @@ bool set(Instrument *instrument, Arguments &arguments, Reply *reply) {
 }
 
 // The code of the rated secondary current is no parameter, but has a change counter.
-bool rated(Instrument *instrument, Arguments &arguments, Reply *) {
+bool rated(Instrument *instrument, Arguments &arguments, Reply *reply) {
+    const Region region = instrument->shared.region;
     const bool one = arguments.among(1, "1", "5");
-    if (arguments.sound()) {
-        const Region region = instrument->shared.region;
-        store(region, region::ratedCurrent, one ? 1 : 0);
-        raise(region, region::armFlag, region::ArmRatedCurrent);
+    const auto change = [one](Region area) { store(area, region::ratedCurrent, one ? 1 : 0); };
+    if (!arguments.sound()) {
+        return false;
     }
-    return arguments.sound();
+    if (wouldFit(region, change)) {
+        change(region);
+        raise(region, region::armFlag, region::ArmRatedCurrent);
+    } else {
+        refuse(reply, "the rated current would not fit the other parameters");
+    }
+    return true;
 }
 
 bool hold(Instrument *instrument, Arguments &arguments, Reply *) {

@@ -12,10 +12,10 @@ struct Area {
     Region region;
     u32 begin;
 
-    u32 value(const Parameter &parameter) const {
-        return static_cast<u32>(loadParameter(region, begin, parameter));
+    u32 value(const Parameter &parameter, u32 group = 0) const {
+        return static_cast<u32>(
+            loadParameter(region, begin, {parameter.row, parameter.group + group, parameter.member}));
     }
-    u32 value(std::string_view name) const { return value(findParameter(name)); }
 };
 
 // A day and an hour, or the end of the month.
@@ -27,17 +27,19 @@ bool settlement(const Area &area, const Parameter &parameter) {
 }
 
 bool roomForRecords(const Area &area, const Parameter &) {
-    return area.value("SET.wave1.MaxNumRcd") + area.value("SET.wave2.MaxNumRcd") <= 128;
+    static const Parameter room = findParameter("SET.wave1.MaxNumRcd");
+    return area.value(room, 0) + area.value(room, 1) <= 128;
 }
 
 // The more samples a cycle has, the fewer cycles fit before the trigger.
 bool cyclesBefore(const Area &area, const Parameter &parameter) {
-    const char *rate = parameter.group == 0 ? "SET.wave1.SmpRat" : "SET.wave2.SmpRat";
-    return area.value(parameter) <= 192u >> area.value(rate);
+    static const Parameter rate = findParameter("SET.wave1.SmpRat");
+    return area.value(parameter) <= 192u >> area.value(rate, parameter.group);
 }
 
 bool belowDip(const Area &area, const Parameter &parameter) {
-    return area.value(parameter) < area.value("SET.sys.DipStrVar");
+    static const Parameter dip = findParameter("SET.sys.DipStrVar");
+    return area.value(parameter) < area.value(dip);
 }
 
 // Only one input can synchronise the demand, and one the time.
@@ -59,7 +61,8 @@ bool transientAction(const Area &area, const Parameter &parameter) {
 // Pulses of energy must not come too fast at the rated power of a phase.
 bool pulseFactor(const Area &area, const Parameter &parameter) {
     const u32 amperes = load(area.region, region::ratedCurrent) == 1 ? 1 : 5;
-    const u32 power = amperes * area.value("SET.sys.RtgVolt");
+    static const Parameter volts = findParameter("SET.sys.RtgVolt");
+    const u32 power = amperes * area.value(volts);
     const u32 highest = power <= 500 ? 4 : power <= 690 ? 2 : power <= 1900 ? 1 : 0;
     return area.value(parameter) <= highest;
 }
@@ -71,9 +74,9 @@ bool timeSource(const Area &area, const Parameter &parameter) {
 
 bool withinInterval(const Area &area, const Parameter &parameter) {
     constexpr u32 firstLong = 8; // the groups before have no such limit
-    const std::string group = std::to_string(parameter.group + 1);
+    static const Parameter interval = findParameter("SET.snap9.LogIntv");
     return parameter.group < firstLong ||
-           area.value(parameter) <= (area.value("SET.snap" + group + ".LogIntv") & 0xFFFF);
+           area.value(parameter) <= (area.value(interval, parameter.group - firstLong) & 0xFFFF);
 }
 
 struct Rule {
@@ -95,6 +98,15 @@ bool fitsOthers(Region region, u32 area, const Parameter &parameter) {
     return std::all_of(std::begin(rules), std::end(rules), [&](const Rule &rule) {
         return rule.name != parameter.row->name || rule.holds({region, area}, parameter);
     });
+}
+
+bool keepsFit(Region before, Region after) {
+    bool keeps = true;
+    forEachParameter([&](const Parameter &parameter) {
+        keeps = keeps && (fitsOthers(after, region::liveArea, parameter) ||
+                          !fitsOthers(before, region::liveArea, parameter));
+    });
+    return keeps;
 }
 
 } // namespace ied::instrument

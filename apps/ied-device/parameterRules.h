@@ -9,4 +9,8 @@ namespace ied::instrument {
 // region::editArea), fits the others there. A parameter without such a limit always does.
 bool fitsOthers(Region region, u32 area, const Parameter &parameter);
 
+// Whether every parameter that fits the others in the live area of one region does so in that of another
+// one too.
+bool keepsFit(Region before, Region after);
+
 } // namespace ied::instrument

@@ -577,10 +577,11 @@ TEST_F(InstrumentEvents, ASurplusWordIsRefusedBeforeAnythingHappens) {
 
 TEST_F(InstrumentEvents, EveryParameterComesWithItsCounterOrItsBlock) {
     u32 changed = 0;
+    line("set SET.sys.SettleTime 101"); // one less is good too
     forEachParameter([&](const Parameter &p) {
         const f64 value = loadParameter(area, 0, p);
         const bool isReal = p.row->type == ParamF32;
-        const f64 other = isReal ? 12.5 : value != p.row->low ? p.row->low : p.row->low + 1;
+        const f64 other = isReal ? 12.5 : value > p.row->low ? value - 1 : value + 1;
         if (!isReal && p.row->low == p.row->high) {
             return; // has but one value
         }
@@ -616,12 +617,16 @@ TEST_F(InstrumentEvents, AParameterHasToFitTheOthers) {
         {{"SET.wave2.MaxNumRcd 0", "SET.wave1.MaxNumRcd 100"}, "SET.wave2.MaxNumRcd", {29}, {28}},
         {{"SET.wave1.SmpRat 5"}, "SET.wave1.PreCyc", {7}, {6}},
         {{"SET.wave2.SmpRat 0"}, "SET.wave2.PreCyc", {193}, {192}},
+        {{}, "SET.wave2.SmpRat", {1}, {0}},
         {{"SET.sys.DipStrVar 40"}, "SET.sys.IntrStrVar", {40, 41}, {39}},
+        {{}, "SET.sys.DipStrVar", {5, 39}, {40}},
         {{"SET.IO.DIMod1 2"}, "SET.IO.DIMod2", {2}, {3, 1}},
         {{}, "SET.sys.TransTrg2", {7, 30}, {6, 31}},
         {{"SET.sys.RtgVolt 230"}, "SET.sys.EngPlsFac", {2}, {1}},
         {{"SET.sys.RtgVolt 100"}, "SET.sys.EngPlsFac", {}, {4}},
+        {{}, "SET.sys.RtgVolt", {101, 700}, {100}},
         {{"SET.snap9.LogIntv 65600"}, "SET.snap9.OfsTm", {65}, {64}},
+        {{}, "SET.snap9.LogIntv", {1, 65599}, {64}},
         {{"SET.snap8.LogIntv 1"}, "SET.snap8.OfsTm", {}, {43200}},
     };
     for (const Case &c : cases) {
@@ -638,6 +643,12 @@ TEST_F(InstrumentEvents, AParameterHasToFitTheOthers) {
             }
         }
     }
+    line("rated 1");
+    EXPECT_EQ(line("set SET.sys.RtgVolt 500"), "ok\n");
+    EXPECT_TRUE(executeLine(unit.get(), "rated 5").failed);
+    EXPECT_EQ(loadAt<u16>(area, 7568), 1);
+    store(area, region::ratedCurrent, 0);
+    EXPECT_EQ(line("set SET.sys.SysLan 0"), "ok\n"); // does not fit worse than before
     editCopiesLive();
     storeParameter(area, region::editArea, findParameter("SET.sys.IntrStrVar"), 45);
     executeCommand(unit.get(), {1, 1, 99, 0, 27});
