@@ -168,7 +168,8 @@ constexpr CommandRow commands[] = {
     {"interruption", "[PHASES] DURATION", "no voltage: interruption 2s", interruption},
     {"transient", "PERCENT DURATION", "an impulse of the voltage: transient 180% 500us", transient},
     {"record", "1|2", "a wave record of a group", record},
-    {"check", "NAME 0|1", "a self-check flag, as flash; a wrong name lists all", check},
+    {"check", "NAME 0|1",
+     "a self-check flag, as flash (the server does not show battery); a wrong name lists all", check},
     {"reset", "di|do|sp|lg|pq|wave1|wave2", "begin a ring or a count of records at 0", reset},
     {"chance", "RATE [SEED]", "so many events a minute come by themselves", chance},
 };

@@ -121,7 +121,8 @@ bool quit(Instrument *, Arguments &arguments, Reply *reply) {
 constexpr CommandRow commands[] = {
     {"wiring", "wye|delta", "wiring mode", wiring},
     {"rated", "1|5", "rated secondary current in A", rated},
-    {"set", "PARAMETER VALUE", "a parameter by its short address, as SET.sys.RtgVolt 220", set},
+    {"set", "PARAMETER VALUE", "a parameter, as SET.sys.RtgVolt 220; clients read PFSign and ClcTotVA plus 1",
+     set},
     {"hold", "", "stop all movement of the region", hold},
     {"resume", "", "go on", resume},
     {"state", "[PREFIX...]", "what the instrument holds, as JSON", state},

@@ -5,7 +5,6 @@
 #include "ied-device/parameters.h"
 
 #include <cstdio>
-#include <cstring>
 
 namespace ied::instrument {
 
