@@ -4,8 +4,8 @@
 // is being sent. Each report has to be whole, go to the owner, and follow the one before: nothing lost
 // without BufOvfl, nothing doubled, SqNum without a gap.
 #include "tests/support/conversation.h"
+#include "tests/support/reportTesting.h"
 #include "tests/support/reports.h"
-#include "tests/unit/reportTesting.h"
 
 #include <array>
 #include <cerrno>

@@ -68,6 +68,36 @@ template <class T> T &record(const std::string &sAddr) {
     return *reinterpret_cast<T *>(protoData + place.offset);
 }
 
+// Gives the setting of that short address a value under edit.
+inline void edit(const std::string &sAddr, f64 value) {
+    switch (resolveSAddr(sAddr).nodeType) {
+    case CdcING:
+        record<ING>(sAddr).setVal[SetSE] = static_cast<i32>(value);
+        break;
+    case CdcASG:
+        record<ASG>(sAddr).setMag[SetSE] = static_cast<f32>(value);
+        break;
+    case CdcENG:
+        record<ENG>(sAddr).setVal[SetSE] = static_cast<i8>(value);
+        break;
+    default:
+        record<SPG>(sAddr).setVal[SetSE] = static_cast<u8>(value);
+    }
+}
+
+// A list of nodes as a setting group control block has it.
+struct NodeList {
+    explicit NodeList(const std::vector<GenNode *> &nodes) : list(asnListNewPtr()) {
+        for (GenNode *node : nodes) {
+            asnListPush(list, node);
+        }
+    }
+    ~NodeList() { AsnListFree(list); }
+    NodeList(const NodeList &) = delete;
+    NodeList &operator=(const NodeList &) = delete;
+    AsnList *list;
+};
+
 // The file of an IED "Q" with one device "LD0": its LLN0 and GGIO1 of the type "G" with what `dois`
 // instantiates, `types` being DOType, DAType and EnumType elements and `dos` the DO of the type.
 inline std::string ggioFile(const std::string &dos, const std::string &types, const std::string &dois,

@@ -183,13 +183,11 @@ const Rows energyBillRows = {
 
 const std::vector<ParameterMap> &parameterMaps() {
     static const std::vector<ParameterMap> maps = {
-        {"baseParaMap", 25, baseRows},          {"dmdParaMap", 4, demandRows},
-        {"transParaMap", 4, transientRows},     {"swellParaMap", 6, swellRows},
-        {"energyParaMap", 3, energyRows},       {"DIParaMap", 24, inputRows()},
-        {"DOParaMap", 4, outputRows},           {"ROParaMap", 4, relayRows},
-        {"SPParaMap", 256, setpointRows()},     {"LGParaMap", 80, logicRows()},
-        {"waveParaMap", 6, waveRows},           {"snapParaMap", 528, snapshotRows()},
-        {"engbillParaMap", 14, energyBillRows},
+        {"baseParaMap", baseRows},          {"dmdParaMap", demandRows},    {"transParaMap", transientRows},
+        {"swellParaMap", swellRows},        {"energyParaMap", energyRows}, {"DIParaMap", inputRows()},
+        {"DOParaMap", outputRows},          {"ROParaMap", relayRows},      {"SPParaMap", setpointRows()},
+        {"LGParaMap", logicRows()},         {"waveParaMap", waveRows},     {"snapParaMap", snapshotRows()},
+        {"engbillParaMap", energyBillRows},
     };
     return maps;
 }
@@ -204,17 +202,28 @@ std::vector<ParameterEdge> parameterEdges(const ParameterRow &row) {
     }
     switch (row.limits.least) {
     case RangeSettleTime:
-        return {{{}, {0, 100, 123, 2800, 2823, 65535}, {-1, 1, 23, 124, 2824, 2900, 65534, 65536}}};
+        return {{{},
+                 {0, 100, 123, 2800, 2823, 65535},
+                 {-1, 1, 5, 23, 124, 199, 2824, 2900, 65534, 65536, 131071}}};
     case RangeAny:
         return {{{}, {-3e38, -0.5, 0, 0.5, 3e38}, {}}};
     case RangeMaxNumRcd: {
         const char *other = otherOf("SET.wave1.MaxNumRcd", "SET.wave2.MaxNumRcd");
-        return {{{{other, 0}}, {0, 128}, {-1, 129}}, {{{other, 100}}, {28}, {29}}, {{{other, -1}}, {}, {0}}};
+        return {{{{other, 0}}, {0, 128}, {-1, 129}},
+                {{{other, 100}}, {28}, {29, 2147483647}},
+                {{{other, -1}}, {}, {0}}};
     }
     case RangePreCyc1:
-        return {{{{"SET.wave1.SmpRat", 2}, {"SET.wave2.SmpRat", 1}}, {2, 48}, {1, 49}}};
-    case RangePreCyc2:
-        return {{{{"SET.wave1.SmpRat", 1}, {"SET.wave2.SmpRat", 2}}, {2, 48}, {1, 49}}};
+    case RangePreCyc2: {
+        const char *own = row.limits.least == RangePreCyc1 ? "SET.wave1.SmpRat" : "SET.wave2.SmpRat";
+        const char *other = row.limits.least == RangePreCyc1 ? "SET.wave2.SmpRat" : "SET.wave1.SmpRat";
+        std::vector<ParameterEdge> edges = {{{{own, -1}}, {2, 60000}, {1}}, {{{own, 6}}, {2, 60000}, {1}}};
+        f64 code = 0;
+        for (const f64 most : {192, 96, 48, 24, 12, 6}) {
+            edges.push_back({{{own, code++}, {other, 0}}, {2, most}, {-1, 1, most + 1}});
+        }
+        return edges;
+    }
     case RangeSnapLogMod:
         return {{{}, {0}, {-1, 1}}};
     case RangeClcTotVA:
@@ -222,22 +231,23 @@ std::vector<ParameterEdge> parameterEdges(const ParameterRow &row) {
     case RangePFSign:
         return {{{}, {1, 3}, {0, 4}}};
     case RangeIntrStrVar:
-        return {{{{"SET.sys.DipStrVar", 99}}, {0, 50}, {-1, 51}}, {{{"SET.sys.DipStrVar", 30}}, {29}, {30}}};
+        return {{{{"SET.sys.DipStrVar", 99}}, {0, 50}, {-1, 50.5, 51}},
+                {{{"SET.sys.DipStrVar", 30}}, {29}, {30}}};
     case RangeDIMod: {
         const char *other = otherOf("SET.IO.DIMod1", "SET.IO.DIMod8");
-        return {{{}, {0, 1, 2, 3}, {4}}, {{{other, 2}}, {3}, {2}}, {{{other, 3}}, {2}, {3}}};
+        return {{{}, {0, 1, 2, 3}, {-1, 4, 65537}}, {{{other, 2}}, {3}, {2}}, {{{other, 3}}, {2}, {3}}};
     }
     case RangeTransTrg:
         return {{{}, {0, 6, 31, 35}, {-1, 7, 30, 36}}};
     case RangeEngPlsFac:
-        return {{{{"SET.sys.RtgVolt", 100}}, {0, 4}, {-1, 5}},
-                {{{"SET.sys.RtgVolt", 138}}, {2}, {3}},
-                {{{"SET.sys.RtgVolt", 380}}, {1}, {2}},
-                {{{"SET.sys.RtgVolt", 381}}, {0}, {1}}};
+        return {{{{"SET.sys.RtgVolt", 100}}, {0, 4}, {-1, 5}}, {{{"SET.sys.RtgVolt", 101}}, {2}, {3}},
+                {{{"SET.sys.RtgVolt", 138}}, {2}, {3}},        {{{"SET.sys.RtgVolt", 139}}, {1}, {2}},
+                {{{"SET.sys.RtgVolt", 380}}, {1}, {2}},        {{{"SET.sys.RtgVolt", 381}}, {0}, {1}},
+                {{{"SET.sys.RtgVolt", 13108}}, {4}, {5}}}; // times 5 A no longer fits 16 bits
     case RangeTmSrc:
         return {{{}, {0, 1, 3}, {-1, 2, 4}}};
     case RangeSnapOfsTm:
-        return {{{{interval, 1}}, {0, 43200}, {43201}, {{intervalAt, 50000}}},
+        return {{{{interval, 1}}, {0, 43200}, {-1, 43201}, {{intervalAt, 50000}}},
                 {{{interval, 1}}, {0, 43200}, {43201}, {{intervalAt, 43200}}},
                 {{{interval, 50000}}, {4464}, {4465}, {{intervalAt, 70000}}}}; // 4464 in its low half
     }

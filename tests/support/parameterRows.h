@@ -43,7 +43,6 @@ struct ParameterRow {
 // A map of the server.
 struct ParameterMap {
     std::string name;
-    u32 rows;
     std::vector<ParameterRow> parameters;
 };
 

@@ -1,7 +1,7 @@
 // The primitives of ISO 8825-1, octets written by hand from its clauses.
 #include "asn1/berTypes.h"
 #include "basicInterface/memory.h"
-#include "tests/unit/asnTesting.h"
+#include "tests/support/asnTesting.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "asn1/mmsCodec.h"
 #include "basicInterface/memory.h"
-#include "tests/unit/asnTesting.h"
-#include "tests/unit/mmsPdus.h"
+#include "tests/support/asnTesting.h"
+#include "tests/support/mmsPdus.h"
 
 #include <gtest/gtest.h>
 

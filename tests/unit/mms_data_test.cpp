@@ -1,7 +1,7 @@
 // Values and type descriptions of MMS, octets by hand from ISO 9506-2.
 #include "asn1/mmsCodec.h"
 #include "basicInterface/memory.h"
-#include "tests/unit/asnTesting.h"
+#include "tests/support/asnTesting.h"
 
 #include <gtest/gtest.h>
 

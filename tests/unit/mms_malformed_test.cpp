@@ -1,8 +1,8 @@
 // What no PDU may be, and what a decode of it must not cost.
 #include "asn1/mmsCodec.h"
 #include "basicInterface/memory.h"
-#include "tests/unit/asnTesting.h"
-#include "tests/unit/mmsPdus.h"
+#include "tests/support/asnTesting.h"
+#include "tests/support/mmsPdus.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

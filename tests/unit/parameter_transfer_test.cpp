@@ -6,16 +6,9 @@
 #include "tests/support/smallModel.h"
 
 #include <limits>
-#include <set>
-#include <vector>
 
 using namespace ied;
-using ied::test::DeviceState;
-using ied::test::ggioFile;
-using ied::test::LogLines;
-using ied::test::nodeOf;
-using ied::test::record;
-using ied::test::TextFile;
+using namespace ied::test;
 
 namespace {
 
@@ -35,19 +28,6 @@ struct MapsKept {
     MapsKept(const MapsKept &) = delete;
     MapsKept &operator=(const MapsKept &) = delete;
     std::span<const ParaMap> maps[ParaGroupNum];
-};
-
-// A list of nodes as a setting group control block has it.
-struct NodeList {
-    explicit NodeList(const std::vector<GenNode *> &nodes) : list(asnListNewPtr()) {
-        for (GenNode *node : nodes) {
-            asnListPush(list, node);
-        }
-    }
-    ~NodeList() { AsnListFree(list); }
-    NodeList(const NodeList &) = delete;
-    NodeList &operator=(const NodeList &) = delete;
-    AsnList *list;
 };
 
 // ------------------------------------------------------------------------------- the transfer
@@ -137,13 +117,7 @@ TEST_F(ParameterTransfer, ValuesUnderEditReachTheirFieldsAndNothingBeside) {
     for (const auto &each : cases) {
         device.put<u32>(704, 0xFFFFFFFF);
         u8 *const source = protoData + resolveSAddr(each.sAddr).offset;
-        if (each.protoType == CdcASG) {
-            record<ASG>(each.sAddr).setMag[SetSE] = static_cast<f32>(each.edited);
-        } else if (each.protoType == CdcING) {
-            record<ING>(each.sAddr).setVal[SetSE] = static_cast<i32>(each.edited);
-        } else {
-            source[SetSE] = static_cast<u8>(each.edited); // SPG and ENG begin with their values
-        }
+        edit(each.sAddr, each.edited);
         const ParaMap row{each.protoType, each.dataType, source, 704, RangeAny, RangeAny};
         EXPECT_EQ(refreshPara(row, comdata + 704, ParaSEToEdit), 1);
         EXPECT_EQ(device.get<u32>(704), each.octets) << each.sAddr << " type " << each.dataType;
@@ -218,19 +192,6 @@ TEST_F(ParameterTransfer, AGroupWalksItsMapAndAllWalksEveryMap) {
     EXPECT_EQ(first.setVal[SetSG], 1);
 }
 
-TEST_F(ParameterTransfer, NoTwoParametersShareARecordOrAnOctetOfTheArea) {
-    std::set<const u8 *> records;
-    std::vector<u8> used(region::paramAreaSize);
-    for (const auto &map : paraMapAddr) {
-        for (const ParaMap &row : map) {
-            EXPECT_TRUE(records.insert(row.modelAddr).second) << row.srcOffset;
-            for (u32 i = 0; i < paraWidth(row.dataType); i++) {
-                EXPECT_EQ(used[row.srcOffset + i]++, 0) << row.srcOffset;
-            }
-        }
-    }
-}
-
 TEST(ParameterTransferDeathTest, FaultsOfArgumentsAndMapsAreToldAndEndTheTask) {
     const auto deal = [](u8 op, const AsnList *list, u8 group) {
         const LogLines log;
@@ -258,6 +219,66 @@ TEST(ParameterTransferDeathTest, FaultsOfArgumentsAndMapsAreToldAndEndTheTask) {
     EXPECT_EXIT(deal(ParaLiveToSG, nullptr, ParaBase), testing::ExitedWithCode(0), map);
     EXPECT_EXIT(deal(ParaEditToSE, knownList.list, ParaAll), testing::ExitedWithCode(0), map);
     EXPECT_EXIT(deal(ParaSEToEdit, knownList.list, ParaAll), testing::ExitedWithCode(0), map);
+}
+
+// ----------------------------------------------------------------- limits that hang on something else
+
+// Whether the parameter's value may be committed; its field in the edit area is written.
+bool commits(const std::string &sAddr) {
+    const ParaMap *row = findPara(protoData + resolveSAddr(sAddr).offset);
+    if (row == nullptr) {
+        ADD_FAILURE() << "no parameter " << sAddr;
+        return false;
+    }
+    return refreshPara(*row, comdata + region::editArea + row->srcOffset, ParaSEToEdit) == 1;
+}
+
+// Of the values from 0 to 9, those that the parameter may have.
+std::string soundDigits(const char *sAddr) {
+    std::string digits;
+    for (int value = 0; value < 10; value++) {
+        edit(sAddr, value);
+        digits += commits(sAddr) ? std::to_string(value) : "";
+    }
+    return digits;
+}
+
+TEST_F(ParameterTransfer, TimeSourcesFollowTheVariantOfTheDevice) {
+    const struct {
+        u16 variant;
+        const char *sound;
+    } variants[] = {{0, "013"}, {1, "01234"}, {2, "0123456789"}};
+    for (const auto &each : variants) {
+        device.put<u16>(11576, each.variant);
+        EXPECT_EQ(soundDigits("SET.sys.TmSrc"), each.sound) << each.variant;
+    }
+}
+
+TEST_F(ParameterTransfer, ThePulseFactorFollowsTheRatedCurrentOfTheDevice) {
+    edit("SET.sys.RtgVolt", 400);
+    EXPECT_EQ(soundDigits("SET.sys.EngPlsFac"), "0");
+    device.put<u16>(7568, 1); // 1 A
+    EXPECT_EQ(soundDigits("SET.sys.EngPlsFac"), "01234");
+}
+
+TEST_F(ParameterTransfer, TwoInputsOfOneSynchronisationAreTold) {
+    edit("SET.IO.DIMod4", 2);
+    edit("SET.IO.DIMod6", 2);
+    const LogLines log;
+    EXPECT_FALSE(commits("SET.IO.DIMod4"));
+    EXPECT_FALSE(commits("SET.IO.DIMod1")) << "whichever input is looked at";
+    EXPECT_EQ(LogLines::count("UPD", "ERR", "refreshPara",
+                              "One more DI function para set to DI_FUNC_TIME_SYN or DI_FUNC_DEMAND_SYN!"),
+              2);
+}
+
+TEST_F(ParameterTransfer, AnUnknownCheckIsToldAndFails) {
+    const LogLines log;
+    for (const i32 type : {0, 15, -1}) {
+        const ParaMap row{CdcING, ParaU16, protoData + resolveSAddr("SET.sys.TVMod").offset, 700, type, type};
+        EXPECT_EQ(refreshPara(row, comdata + 700, ParaSEToEdit), 2);
+    }
+    EXPECT_EQ(LogLines::count("UPD", "ERR", "refreshPara", "No such para range type!"), 3);
 }
 
 // ------------------------------------------------------------------------------ edits of a model
@@ -291,24 +312,6 @@ class SettingEdit : public ParameterTransfer {
     ING &volt = record<ING>("SET.sys.RtgVolt");
     const NodeList list{{nodeOf("GGIO1$SG$Mod"), nodeOf("GGIO1$SG$Vol")}};
 };
-
-TEST_F(SettingEdit, AnEditIsTakenFromTheEditAreaAndGoesBackToIt) {
-    device.put<u16>(region::editArea + 700, 2);
-    device.put<u16>(region::editArea + 738, 230);
-    device.put<u16>(700, 1); // the live area plays no part
-    EXPECT_EQ(dealParamProcess(ParaEditToSE, list.list, ParaAll), 1);
-    EXPECT_EQ(mode.setVal[SetSE], 2);
-    EXPECT_EQ(volt.setVal[SetSE], 230);
-    EXPECT_EQ(mode.setVal[SetSG], 0);
-    mode.setVal[SetSE] = 0;
-    volt.setVal[SetSE] = 400;
-    mode.setVal[SetSG] = 1;
-    EXPECT_EQ(dealParamProcess(ParaSEToEdit, list.list, ParaAll), 1);
-    EXPECT_EQ(device.get<u16>(region::editArea + 700), 0);
-    EXPECT_EQ(device.get<u16>(region::editArea + 738), 400);
-    EXPECT_EQ(device.get<u16>(700), 1);
-    EXPECT_EQ(device.get<u16>(738), 0);
-}
 
 TEST_F(SettingEdit, AValueOutOfRangeStopsTheEditAndIsNamedByItsPath) {
     const LogLines log;

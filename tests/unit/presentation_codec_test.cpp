@@ -1,6 +1,6 @@
 // Presentation and ACSE values, octets by hand from ISO 8823 and ISO 8650.
 #include "asn1/presentationCodec.h"
-#include "tests/unit/asnTesting.h"
+#include "tests/support/asnTesting.h"
 
 #include <gtest/gtest.h>
 #include <random>

@@ -1,6 +1,6 @@
 // The ring of report entries: what closes an entry and what is in it, where sending stands, and what
 // is dropped.
-#include "reportTesting.h"
+#include "tests/support/reportTesting.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

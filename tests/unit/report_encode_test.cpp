@@ -1,8 +1,8 @@
 // Reports as a client gets them: every octet of a frame, written by hand from ISO 9506-2 and
 // IEC 61850-8-1 17.2.
 #include "proto-process/c/reportEncode.h"
-#include "reportTesting.h"
 #include "tests/support/frames.h"
+#include "tests/support/reportTesting.h"
 
 #include <gtest/gtest.h>
 

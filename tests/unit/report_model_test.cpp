@@ -1,5 +1,5 @@
 // Report control blocks: their start, the division of the report memory, and who may write what.
-#include "reportTesting.h"
+#include "tests/support/reportTesting.h"
 #include "tests/support/sclText.h"
 
 #include <cstring>

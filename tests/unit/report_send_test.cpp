@@ -1,6 +1,6 @@
 // Reports on their way: from the ring to the socket of the client that owns the block.
-#include "reportTesting.h"
 #include "tests/support/conversation.h"
+#include "tests/support/reportTesting.h"
 
 #include <cerrno>
 #include <functional>
