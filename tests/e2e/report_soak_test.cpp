@@ -19,8 +19,6 @@ using ied::u8;
 namespace {
 
 constexpr Ring rings[] = {inputRing, outputRing, setpointRing, logicRing};
-constexpr std::size_t pqCounterAt = 20199824;
-constexpr u32 pqSlots = 1024, pqSlotSize = 36;
 
 // Blocks that the rings feed, without the number of the instance, and the entries for one of a ring.
 struct Block {
@@ -34,18 +32,6 @@ const Block blocks[] = {
     {"ZRX418STEV/LLN0$BR$brcbVar", {4}},
 };
 constexpr std::size_t pqRing = 4;
-
-// One more transient, which is shown by two entries.
-void addTransient(Region &region, u32 number) {
-    const std::size_t slot = pqCounterAt + 4 + std::size_t{number % pqSlots} * pqSlotSize;
-    put<u8>(region, slot + 2, 2);
-    put<u32>(region, slot + 4, firstRingSecond + number);
-    put<u32>(region, slot + 8, 0);
-    put<u8>(region, slot + 12, 10);
-    put<float>(region, slot + 16, 150.0F);
-    put<u32>(region, slot + 20, 500);
-    raise(region, pqCounterAt);
-}
 
 std::string instance(const Block &block, std::size_t client) {
     return block.name + std::string("0") + std::to_string(client + 1);
@@ -111,7 +97,6 @@ struct Subscriber {
     std::size_t number = 0;
     RawClient client;
     std::array<Received, std::size(blocks)> got;
-    bool inOrder = true; // nothing lost, nothing doubled
 
     void connect(std::uint16_t port) { ASSERT_TRUE(associate(client, port)); }
 
@@ -251,7 +236,6 @@ void expectOnlyTheOldestLost(Subscriber *subscriber, const Plan &plan) {
             }
             ++arrived;
         }
-        EXPECT_EQ(last, entries) << name;
         EXPECT_GE(arrived, std::min(entries, leastDepth)) << name;
         EXPECT_LE(arrived, mostDepth) << name;
     }
@@ -290,7 +274,8 @@ void playInstrument(ServerProcess &server, Plan *plan) {
         for (std::size_t i = 0; i < std::size(rings); i++) {
             addState(server.region, rings[i], number, &states[i]);
         }
-        addTransient(server.region, number);
+        // A transient, which is shown by two entries.
+        putEvent(putsInto(server.region), number, {2, 0, firstRingSecond + number, 0, 150, 500});
         raise(server.region, 11812); // and the measurements
         std::this_thread::sleep_for(plan->pace);
         if (number == plan->entries / 3) {

@@ -224,16 +224,16 @@ const std::vector<MeasSet> demandStatSets = {{"MON.dmd.now.max.", 0}, {"MON.dmd.
 
 const std::vector<MeasTable> &measurementTables() {
     static const std::vector<MeasTable> tables = {
-        {"basicMeasTable", 47, {{"RT.", 0}}, basicObjects},
-        {"harmImBalMeasTable", 154, {{"RT.", 0}}, harmonicObjects},
-        {"pstMeasTable", 6, {{"RT.", 0}}, pstObjects},
-        {"pltMeasTable", 6, {{"RT.", 0}}, pltObjects},
-        {"diCntMeasTable", 8, {{"ENG.", 0}}, pulseObjects()},
-        {"energyMeasTable", 77, {{"ENG.", 0}}, energyObjects()},
-        {"demandMeasTable", 90, demandSets, demandObjects},
-        {"preDemandMeasTable", 31, {{"DMD.pre.", 0}}, preDemandObjects},
-        {"rtStatTable", 38, rtStatSets, rtStatObjects},
-        {"demandStatTable", 7, demandStatSets, demandStatObjects},
+        {"basicMeasTable", {{"RT.", 0}}, basicObjects},
+        {"harmImBalMeasTable", {{"RT.", 0}}, harmonicObjects},
+        {"pstMeasTable", {{"RT.", 0}}, pstObjects},
+        {"pltMeasTable", {{"RT.", 0}}, pltObjects},
+        {"diCntMeasTable", {{"ENG.", 0}}, pulseObjects()},
+        {"energyMeasTable", {{"ENG.", 0}}, energyObjects()},
+        {"demandMeasTable", demandSets, demandObjects},
+        {"preDemandMeasTable", {{"DMD.pre.", 0}}, preDemandObjects},
+        {"rtStatTable", rtStatSets, rtStatObjects},
+        {"demandStatTable", demandStatSets, demandStatObjects},
     };
     return tables;
 }

@@ -50,13 +50,13 @@ struct MeasSet {
 
 struct MeasTable {
     std::string name;
-    u32 rows; // values and angles of one set
     std::vector<MeasSet> sets;
     std::vector<MeasObject> objects;
 };
 
 const std::vector<MeasTable> &measurementTables();
 const MeasTable &measurementTable(const std::string &name);
+// Values and angles of one set.
 u32 rowCount(const MeasTable &table);
 
 // Short addresses of objects that the instrument measures nothing for.

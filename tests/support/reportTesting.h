@@ -42,23 +42,7 @@ class ReportModel : public SmallModel {
     }
     ~ReportModel() {
         forget();
-        for (GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling) {
-            auto *list = static_cast<AsnList *>(ld->data);
-            for (AsnListElement *e = list == nullptr ? nullptr : list->first; e != nullptr; e = e->next) {
-                freeDataSet(asnListValue<DataSet>(e));
-            }
-            AsnListFree(list);
-        }
         heldClockStop();
-    }
-
-    DataSet *dataSet(const std::string &reference, const std::vector<std::string> &members) {
-        const VariableList list(members);
-        const std::size_t slash = reference.find('/');
-        createDynDs(Name(reference.substr(0, slash), reference.substr(slash + 1)), list.list);
-        DataSet *found = nullptr;
-        searchDsByStr(reference.c_str(), &found);
-        return found;
     }
 
     // The record of a block, in the list of them; it has no node yet.

@@ -4,6 +4,7 @@
 
 #include "basicInterface/cdcRecord.h"
 #include "basicInterface/nodeTree.h"
+#include "proto-process/c/dataSet.h"
 
 #include <memory>
 #include <string>
@@ -49,6 +50,8 @@ struct SmallModel {
     GenNode *node(const std::string &reference) const;
     GenNode *add(GenNode *parent, const char *name, u8 level, u8 type, void *data = nullptr);
     GenNode *leaf(GenNode *parent, const char *name, u8 type, void *data = nullptr);
+    // Makes the data set "LD/item" of those members; freed with the model.
+    DataSet *dataSet(const std::string &reference, const std::vector<std::string> &members);
 
     EveryType every;
     i32 enum32 = -3;

@@ -14,11 +14,7 @@
 #include <set>
 
 using namespace ied;
-using ied::test::ggioFile;
-using ied::test::LogLines;
-using ied::test::nodeOf;
-using ied::test::record;
-using ied::test::TextFile;
+using namespace ied::test;
 
 namespace {
 

@@ -90,28 +90,16 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Sample{"none", rptId + "84 03 06 00 00" + secondOfFour + seven, "R none #1=7"},
         Sample{"seqNum", rptId + "84 03 06 40 00 86 02 00 FF" + secondOfFour + seven, "R seqNum sq=255 #1=7"},
-        Sample{"timeStamp", rptId + "84 03 06 20 00" + second1984 + secondOfFour + seven,
-               "R timeStamp t=1000 #1=7"},
-        Sample{"reasonCode", rptId + "84 03 06 10 00" + secondOfFour + seven + "84 02 02 44",
-               "R reasonCode #1=7010001"},
-        Sample{"dataSet", rptId + "84 03 06 08 00 8A 05" + ascii("L/N$s") + secondOfFour + seven,
-               "R dataSet set=L/N$s #1=7"},
         Sample{"dataRef", rptId + "84 03 06 04 00" + secondOfFour + "8A 05" + ascii("L/N$m") + seven,
                "R dataRef #1L/N$m=7"},
-        Sample{"bufOvfl", rptId + "84 03 06 02 00 83 01 01" + secondOfFour + seven,
-               "R bufOvfl overflow #1=7"},
-        Sample{"entryID", rptId + "84 03 06 01 00" + entryFive + secondOfFour + seven,
-               "R entryID entry=0000000000000005 #1=7"},
-        Sample{"configRef", rptId + "84 03 06 00 80 86 01 03" + secondOfFour + seven,
-               "R configRef rev=3 #1=7"},
         Sample{"segmentation", rptId + "84 03 06 00 40 86 01 02 83 01 FF" + secondOfFour + seven,
                "R segmentation sub=2+ #1=7"},
         Sample{"all",
-               rptId + "84 03 06 7F C0 86 03 00 FF FF" + second1984 + "8A 05" + ascii("L/N$s") + "83 01 00" +
+               rptId + "84 03 06 7F C0 86 03 00 FF FF" + second1984 + "8A 05" + ascii("L/N$s") + "83 01 01" +
                    entryFive + "86 01 01 86 01 00 83 01 00" + nineBits + "8A 05" + ascii("L/N$a") + "8A 05" +
                    ascii("L/N$i") + "A2 06 83 01 01 83 01 00" + "8A 02 4F 4B" + "84 02 02 40 84 02 02 08",
                "R seqNum,timeStamp,reasonCode,dataSet,dataRef,bufOvfl,entryID,configRef,segmentation "
-               "sq=65535 t=1000 set=L/N$s no-overflow entry=0000000000000005 rev=1 sub=0. "
+               "sq=65535 t=1000 set=L/N$s overflow entry=0000000000000005 rev=1 sub=0. "
                "#0L/N$a={true, false}010000 #8L/N$i=OK000010"},
         Sample{"noneIncluded", rptId + "84 03 06 00 00 84 03 07 00 00", "R none"},
         Sample{"valueRefused", rptId + "84 03 06 10 00" + secondOfFour + "80 01 0A 84 02 02 04",

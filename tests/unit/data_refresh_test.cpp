@@ -6,6 +6,7 @@
 #include "device/watchdog.h"
 #include "proto-process/c/monitorTasks.h"
 #include "tests/support/deviceModel.h"
+#include "tests/support/ringEvents.h"
 #include "tests/support/smallModel.h"
 
 #include <cstdlib>
@@ -13,9 +14,7 @@
 #include <vector>
 
 using namespace ied;
-using ied::test::DeviceState;
-using ied::test::LogLines;
-using ied::test::record;
+using namespace ied::test;
 
 namespace {
 
@@ -328,13 +327,15 @@ TEST_F(DataRefresh, ACycleWithEverythingChangedAllocatesNothing) {
     raise(37549832);
     raise(37549836);
     raise(7956);
-    for (const u32 event : {20243936U, 20245540U, 20247544U, 20249548U, 37514464U, 20199824U, 20199824U,
-                            37514496U, 37514512U}) {
+    const auto put = [this](u32 at, auto value) { device.put(at, value); };
+    for (const Ring &ring : {inputRing, outputRing, setpointRing, logicRing}) {
+        putState(put, ring, 0, 1, 5000, 0);
+    }
+    putEvent(put, 0, {1, 4, 5000, 0, 40, 120}); // the end of a dip, and a transient
+    putEvent(put, 1, {2, 0, 5000, 0, 150, 500});
+    for (const u32 event : {checkWordAt, waveCountAt[0], waveCountAt[1]}) {
         raise(event);
     }
-    device.put<u8>(20199830, 1); // the end of a dip, and a transient
-    device.put<u8>(20199831, 4);
-    device.put<u8>(20199830 + 36, 2);
     const u64 before = allocations;
     const u32 bytesBefore = allocBytes;
     EXPECT_GT(before, 0U) << "the count works";
@@ -357,10 +358,10 @@ void lateInstrument(u64 deadline) {
         lateRegion->put<u32>(7576, 4711);
         lateRegion->put<u16>(37514468, 10203);
         lateRegion->put<u16>(37514476, 1234);
-        lateRegion->put<u32>(37514464, 1U << 7); // parameters of the setpoints are at fault
-        lateRegion->put<u32>(37549796, 5);       // records of wave group 2
-        lateRegion->put<u16>(7936, 2);           // LogMod of the energy bill, which has no counter
-        lateRegion->put<u16>(818, 15);           // DmdPeriod, whose counter stands at its start value
+        lateRegion->put<u32>(checkWordAt, 1U << 7); // parameters of the setpoints are at fault
+        lateRegion->put<u32>(37549796, 5);          // records of wave group 2
+        lateRegion->put<u16>(7936, 2);              // LogMod of the energy bill, which has no counter
+        lateRegion->put<u16>(818, 15);              // DmdPeriod, whose counter stands at its start value
         lateRegion->put<u32>(arm(5), 1);
         lateRegion->put<u32>(37549840, 43605);
     }

@@ -33,17 +33,10 @@ struct Declared {
     PreDefDs entry{};
 };
 
-// The model with its lists of data sets; frees them in the end.
+// The model without predefined data sets.
 struct DataSetModel : SmallModel {
     DataSetModel() { initListHead(&PreDefDsHead); }
     ~DataSetModel() {
-        for (GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling) {
-            auto *list = static_cast<AsnList *>(ld->data);
-            for (AsnListElement *e = list == nullptr ? nullptr : list->first; e != nullptr; e = e->next) {
-                freeDataSet(asnListValue<DataSet>(e));
-            }
-            AsnListFree(list);
-        }
         initListHead(&PreDefDsHead);
         semDelete(semDataSets);
         semDataSets = nullptr;

@@ -18,26 +18,10 @@ namespace {
 // The small model with a data set of those members and the monitor of it.
 class DsMonitorTest : public testing::Test {
   protected:
-    ~DsMonitorTest() override {
-        dsMonitorFree(&monitor);
-        for (DataSet *dataSet : made) {
-            freeDataSet(dataSet);
-        }
-        for (GenNode *ld = getFirstLd(); ld != nullptr; ld = ld->sibling) {
-            AsnListFree(static_cast<AsnList *>(ld->data));
-        }
-    }
+    ~DsMonitorTest() override { dsMonitorFree(&monitor); }
 
-    DataSet *dataSet(const std::vector<std::string> &members) {
-        const std::string item = "LLN0$ds" + std::to_string(made.size());
-        const VariableList list(members);
-        DataSet *found = nullptr;
-        EXPECT_TRUE(createDynDs(Name("Tiny", item), list.list));
-        EXPECT_TRUE(searchDsByStr(("Tiny/" + item).c_str(), &found));
-        return made.emplace_back(found);
-    }
     void watch(const std::vector<std::string> &members) {
-        ASSERT_TRUE(dsMonitorInit(dataSet(members), &monitor));
+        ASSERT_TRUE(dsMonitorInit(model.dataSet("Tiny/LLN0$ds", members), &monitor));
     }
     void triggers(const std::string &reference, u8 trgOps) { model.node(reference)->trgOps = trgOps; }
     // Reasons of all entries as digits, after a compare with those triggers.
@@ -56,7 +40,6 @@ class DsMonitorTest : public testing::Test {
 
     SmallModel model;
     DsMonitor monitor{};
-    std::vector<DataSet *> made;
 };
 
 f32 ulps(f32 value, u32 steps) {
@@ -248,7 +231,7 @@ TEST_F(DsMonitorTest, SparesVectorsThatAreNotThere) {
 
 TEST_F(DsMonitorTest, IsItsConsumersOwn) {
     triggers("Tiny/GGIO1$ST$Ind1$stVal", TrgDchg);
-    const DataSet *shared = dataSet({"Tiny/GGIO1$ST$Ind1"});
+    const DataSet *shared = model.dataSet("Tiny/LLN0$ds", {"Tiny/GGIO1$ST$Ind1"});
     DsMonitor other{};
     ASSERT_TRUE(dsMonitorInit(shared, &monitor));
     ASSERT_TRUE(dsMonitorInit(shared, &other));

@@ -3,15 +3,11 @@
 #include "device/statusRefresh.h"
 #include "tests/support/deviceModel.h"
 #include "tests/support/monitorStandIn.h"
+#include "tests/support/ringEvents.h"
 #include "tests/support/smallModel.h"
 
 using namespace ied;
-using ied::test::DeviceState;
-using ied::test::LogLines;
-using ied::test::MonitorStandIn;
-using ied::test::Pictures;
-using ied::test::record;
-using ied::test::shown;
+using namespace ied::test;
 
 namespace {
 
@@ -24,15 +20,6 @@ enum SubType : u8 {
     IntrEnd
 };
 constexpr u8 variation = 1, transient = 2;
-
-constexpr u32 counterAt = 20199824;
-
-struct Entry {
-    u8 type, subType;
-    u32 sec, ms;
-    f32 mag;
-    u32 duration;
-};
 
 // A measured value as "0.4@1000.250 n1".
 std::string shownValue(const char *sAddr) {
@@ -64,23 +51,15 @@ class EventRefresh : public testing::Test {
   protected:
     EventRefresh() { localConfig = 0; }
     ~EventRefresh() override { localConfig = 0; }
-    void append(const Entry &entry) {
-        const u32 slot = counterAt + 4 + 36 * (device.get<u32>(counterAt) % 1024);
-        device.put(slot + 2, entry.type);
-        device.put(slot + 3, entry.subType);
-        device.putTime(slot + 4, entry.sec, entry.ms, 10);
-        device.put(slot + 16, entry.mag);
-        device.put(slot + 20, entry.duration);
-        device.raise(counterAt);
-    }
-    void append(std::initializer_list<Entry> entries) {
-        for (const Entry &entry : entries) {
-            append(entry);
+    void append(std::initializer_list<PqEntry> entries) {
+        for (const PqEntry &entry : entries) {
+            putEvent([this](u32 at, auto value) { device.put(at, value); },
+                     device.get<u32>(eventLog.counterAt), entry);
         }
     }
     // Plays everything from the first entry on.
     void play() {
-        const u32 now = device.get<u32>(counterAt);
+        const u32 now = device.get<u32>(eventLog.counterAt);
         EXPECT_EQ(SOEDataRefresh(0), now);
     }
 
@@ -91,10 +70,10 @@ class EventRefresh : public testing::Test {
 
 TEST_F(EventRefresh, ADipIsShownAtItsEndFromItsStartToItsEnd) {
     monitor.start([] { return variationPicture() + " | " + measuredPicture(); });
-    append({variation, DipStart, 1000, 250, 0, 0});
+    append({{variation, DipStart, 1000, 250, 0, 0}});
     play();
     EXPECT_EQ(monitor.pictures, Pictures{}) << "a start alone shows nothing";
-    append({variation, DipEnd, 1000, 370, 40, 120});
+    append({{variation, DipEnd, 1000, 370, 40, 120}});
     EXPECT_EQ(SOEDataRefresh(1), 2U);
     EXPECT_EQ(monitor.pictures,
               (Pictures{"Var 1@1000.250 n1 Dip,Swl,Intr 1@1000.250 n1, 0@0.000 n0, 0@0.000 n0"
@@ -160,7 +139,7 @@ TEST_F(EventRefresh, TheMagnitudeHasTheFormAndTheMultipleThatTheFileDeclares) {
         MV &magnitude = record<MV>("SOE.VVa");
         magnitude.units.multiplier = each.multiplier;
         record<MV>("SOE.VVaTm").units.multiplier = -3;
-        device.put<u32>(counterAt, 0);
+        device.put<u32>(eventLog.counterAt, 0);
         append({{variation, SwellStart, 1, 0, 0, 0}, {variation, SwellEnd, 2, 0, 115, 1500}});
         play();
         EXPECT_FLOAT_EQ(magnitude.mag, each.shown) << each.vvaFormat << " " << int{each.multiplier};
@@ -175,7 +154,7 @@ TEST_F(EventRefresh, TheMagnitudeHasTheFormAndTheMultipleThatTheFileDeclares) {
 TEST_F(EventRefresh, ATransientIsShownFromItsStartToItsEnd) {
     record<MV>("SOE.VtrsTm").units.multiplier = -6;
     monitor.start(transientPicture);
-    append({transient, 0, 1000, 2, 180, 5000});
+    append({{transient, 0, 1000, 2, 180, 5000}});
     play();
     EXPECT_EQ(monitor.pictures, (Pictures{"1@999.997 n1, 0@999.997 n1, 0@999.997 n1",
                                           "0@1000.002 n2, 1.8@1000.002 n2, 5000@1000.002 n2"}));
@@ -202,9 +181,9 @@ TEST_F(EventRefresh, TheStartOfATransientBorrowsWholeSeconds) {
         {4294967295, 999, 1000, "4294967295.998"},
     };
     for (const auto &each : cases) {
-        device.put<u32>(counterAt, 0);
+        device.put<u32>(eventLog.counterAt, 0);
         monitor.start(transientPicture);
-        append({transient, 0, each.sec, each.ms, 0, each.duration});
+        append({{transient, 0, each.sec, each.ms, 0, each.duration}});
         play();
         ASSERT_EQ(monitor.pictures.size(), 2U);
         const std::string &first = monitor.pictures[0];
@@ -218,7 +197,7 @@ TEST_F(EventRefresh, TheStartOfATransientBorrowsWholeSeconds) {
 // --------------------------------------------------------------------------------- the log as a ring
 
 // Entry i of a run: a transient that ends at second 10 + i.
-Entry numbered(u32 i) {
+PqEntry numbered(u32 i) {
     return {transient, 0, 10 + i, 500, 0, 0};
 }
 std::string rising(u32 i) {
@@ -234,9 +213,9 @@ class PqRing : public EventRefresh {
         });
     }
     void fill(u32 from, u32 to) {
-        device.put<u32>(counterAt, from);
+        device.put<u32>(eventLog.counterAt, from);
         for (u32 i = from; i < to; i++) {
-            append(numbered(i));
+            append({numbered(i)});
         }
     }
     // First and last event that was shown, and how many.
@@ -294,13 +273,13 @@ class WaveRecords : public EventRefresh, public testing::WithParamInterface<u32>
 TEST_P(WaveRecords, AreAnnouncedThenMadeThenCleared) {
     const u32 group = GetParam();
     const std::string had = std::to_string(3 + group) + "@1000000.000 n0", other = picture(1 - group);
-    const auto count = [&](u32 value) { device.put<u32>(37514496 + 16 * group, value); };
+    const auto count = [&](u32 value) { device.put<u32>(waveCountAt[group], value); };
     heldClockAdvance(2500);
-    device.putTime(37514484 + 16 * group, 1000001, 750, 10);
+    device.putTime(waveTimeAt[group], 1000001, 750, 10);
     count(6 + group); // several since
     EXPECT_EQ(RDDataRefresh(group), 6 + group);
     heldClockAdvance(1000);
-    device.putTime(37514484 + 16 * group, 1000003, 0, 10);
+    device.putTime(waveTimeAt[group], 1000003, 0, 10);
     count(7 + group);
     EXPECT_EQ(RDDataRefresh(group), 7 + group);
     heldClockAdvance(1000);

@@ -5,6 +5,7 @@
 #include "ied-device/parameters.h"
 #include "ied-device/serverQueues.h"
 #include "tests/support/instrumentRegion.h"
+#include "tests/support/ringEvents.h"
 
 #include <cmath>
 #include <cstdio>
@@ -12,6 +13,19 @@
 
 namespace ied::instrument {
 namespace {
+
+using ied::test::checkTimeAt;
+using ied::test::checkWordAt;
+using ied::test::eventLog;
+using ied::test::inputRing;
+using ied::test::inputStateAt;
+using ied::test::logicRing;
+using ied::test::outputRing;
+using ied::test::outputStateAt;
+using ied::test::setpointRing;
+using ied::test::slotAt;
+using ied::test::waveCountAt;
+using ied::test::waveTimeAt;
 
 struct Logged {
     u32 type, subType;
@@ -43,8 +57,8 @@ class InstrumentEvents : public test::InstrumentRegion {
     }
     std::vector<Logged> pqLog() const {
         std::vector<Logged> log;
-        for (u32 at = 0; at < loadAt<u32>(area, 20199824); at++) {
-            const u32 slot = 20199828 + 36 * (at % 1024);
+        for (u32 at = 0; at < loadAt<u32>(area, eventLog.counterAt); at++) {
+            const u32 slot = slotAt(eventLog, at);
             log.push_back({loadAt<u8>(area, slot + 2), loadAt<u8>(area, slot + 3), real(slot + 16),
                            loadAt<u32>(area, slot + 20), time(slot + 4)});
         }
@@ -52,9 +66,9 @@ class InstrumentEvents : public test::InstrumentRegion {
     }
     u64 time(u32 at) const { return u64{loadAt<u32>(area, at)} * 1000 + loadAt<u32>(area, at + 4); }
     u32 alarms() const { return unit->setPoints.active; }
-    u32 spCount() const { return loadAt<u32>(area, 20247544); }
+    u32 spCount() const { return loadAt<u32>(area, setpointRing.counterAt); }
     Slot<u32> newestAlarms() const {
-        const u32 slot = 20247548 + 20 * ((spCount() - 1) % 100);
+        const u32 slot = slotAt(setpointRing, spCount() - 1);
         return {loadAt<u32>(area, slot + 16), time(slot)};
     }
 };
@@ -303,12 +317,12 @@ TEST_F(InstrumentEvents, ALogicGroupCombinesFromTheLeft) {
     line("input 3 1");
     EXPECT_TRUE(output(3, 0, 1));  // (1 nor 0) or 1
     EXPECT_FALSE(output(2, 0, 2)); // (1 nand 0) nand 1
-    const u32 count = loadAt<u32>(area, 20249548);
-    const u32 slot = 20249552 + 20 * ((count - 1) % 100);
+    const u32 count = loadAt<u32>(area, logicRing.counterAt);
+    const u32 slot = slotAt(logicRing, count - 1);
     EXPECT_EQ(loadAt<u32>(area, slot + 16), unit->logicGroups.active);
     line("set SET.logic3.LogicEna 1");
     tick(3);
-    EXPECT_EQ(loadAt<u32>(area, 20249548), count); // only changes have an entry
+    EXPECT_EQ(loadAt<u32>(area, logicRing.counterAt), count); // only changes have an entry
 }
 
 TEST_F(InstrumentEvents, AnAlarmOperatesAnOutputAndStartsARecord) {
@@ -317,17 +331,17 @@ TEST_F(InstrumentEvents, AnAlarmOperatesAnOutputAndStartsARecord) {
     line("set SET.setpoint4.Trg2 32"); // a record of group 2
     line("input 1 1");
     tick(1);
-    EXPECT_EQ(loadAt<u16>(area, 16654118), 2);
-    EXPECT_EQ(loadAt<u32>(area, 37514512), 1u);
-    EXPECT_EQ(time(37514500), u64{now()} * 1000);
+    EXPECT_EQ(loadAt<u16>(area, outputStateAt), 2);
+    EXPECT_EQ(loadAt<u32>(area, waveCountAt[1]), 1u);
+    EXPECT_EQ(time(waveTimeAt[1]), u64{now()} * 1000);
     line("input 1 0");
     tick(1);
-    EXPECT_EQ(loadAt<u16>(area, 16654118), 0);
-    EXPECT_EQ(loadAt<u32>(area, 20245540), 2u);
-    EXPECT_EQ(loadAt<u32>(area, 37514512), 1u);
+    EXPECT_EQ(loadAt<u16>(area, outputStateAt), 0);
+    EXPECT_EQ(loadAt<u32>(area, outputRing.counterAt), 2u);
+    EXPECT_EQ(loadAt<u32>(area, waveCountAt[1]), 1u);
     line("dip A 10% 30ms"); // by default each voltage event is recorded in group 1
     tick(5);
-    EXPECT_EQ(loadAt<u32>(area, 37514496), 1u);
+    EXPECT_EQ(loadAt<u32>(area, waveCountAt[0]), 1u);
     line("set SET.wave1.MaxNumRcd 0");
     EXPECT_TRUE(executeLine(unit.get(), "record 1").failed);
 }
@@ -336,16 +350,16 @@ TEST_F(InstrumentEvents, AnOutputWithAPulseLengthOpensByItself) {
     line("set SET.IO.ROPlsTm4 7");
     line("output RO4 1");
     tick(7);
-    EXPECT_EQ(loadAt<u16>(area, 16654118), 8);
+    EXPECT_EQ(loadAt<u16>(area, outputStateAt), 8);
     tick(1);
-    EXPECT_EQ(loadAt<u16>(area, 16654118), 0);
+    EXPECT_EQ(loadAt<u16>(area, outputStateAt), 0);
     line("set SET.IO.DOMod2 3"); // gives pulses of energy
     EXPECT_TRUE(executeLine(unit.get(), "output DO2 1").failed);
     editCopiesLive();
     storeAt<u32>(area, region::editArea + 7536, loadAt<u32>(area, 7536) + 1);
     executeCommand(unit.get(), {1, 1, 90, 0, 0});
-    EXPECT_EQ(loadAt<u16>(area, 16654118), 0);
-    EXPECT_EQ(loadAt<u32>(area, 20245540), 2u);
+    EXPECT_EQ(loadAt<u16>(area, outputStateAt), 0);
+    EXPECT_EQ(loadAt<u32>(area, outputRing.counterAt), 2u);
 }
 
 TEST_F(InstrumentEvents, AnActionThatIsOverLeavesAPulseAlone) {
@@ -406,45 +420,45 @@ TEST_F(InstrumentEvents, AnOutputStaysClosedWhileAnythingCallsForIt) {
 TEST_F(InstrumentEvents, TheServerStartsARecordByItsCounterAlone) {
     editCopiesLive();
     executeCommand(unit.get(), {1, 1, 0, 1, 0});
-    EXPECT_EQ(loadAt<u32>(area, 37514512), 0u);
+    EXPECT_EQ(loadAt<u32>(area, waveCountAt[1]), 0u);
     storeAt<u32>(area, region::editArea + 392, loadAt<u32>(area, 392) + 1);
     executeCommand(unit.get(), {1, 1, 0, 1, 0});
-    EXPECT_EQ(loadAt<u32>(area, 37514512), 1u);
-    EXPECT_EQ(loadAt<u32>(area, 37514496), 0u);
+    EXPECT_EQ(loadAt<u32>(area, waveCountAt[1]), 1u);
+    EXPECT_EQ(loadAt<u32>(area, waveCountAt[0]), 0u);
     executeCommand(unit.get(), {1, 1, 0, 28, 0}); // parameters of a group have changed
-    EXPECT_EQ(loadAt<u32>(area, 37514496), 0u);
+    EXPECT_EQ(loadAt<u32>(area, waveCountAt[0]), 0u);
 }
 
 TEST_F(InstrumentEvents, RingsWrapAndCanBeginAnew) {
     line("input 5 toggle 250");
-    EXPECT_EQ(loadAt<u32>(area, 20243936), 250u);
+    EXPECT_EQ(loadAt<u32>(area, inputRing.counterAt), 250u);
     for (u32 at = 150; at < 250; at++) {
-        ASSERT_EQ(loadAt<u8>(area, 20243940 + 16 * (at % 100) + 14), at % 2 == 0 ? 16 : 0) << at;
+        ASSERT_EQ(loadAt<u8>(area, slotAt(inputRing, at) + 14), at % 2 == 0 ? 16 : 0) << at;
     }
-    EXPECT_EQ(loadAt<u8>(area, 16654038), 0);
+    EXPECT_EQ(loadAt<u8>(area, inputStateAt), 0);
     line("reset di");
-    EXPECT_EQ(loadAt<u32>(area, 20243936), 0u);
+    EXPECT_EQ(loadAt<u32>(area, inputRing.counterAt), 0u);
     line("input 5 1");
-    EXPECT_EQ(loadAt<u32>(area, 20243936), 1u);
-    EXPECT_EQ(loadAt<u8>(area, 20243940 + 14), 16);
+    EXPECT_EQ(loadAt<u32>(area, inputRing.counterAt), 1u);
+    EXPECT_EQ(loadAt<u8>(area, slotAt(inputRing, 0) + 14), 16);
     line("input 5 1"); // nothing has changed
-    EXPECT_EQ(loadAt<u32>(area, 20243936), 1u);
+    EXPECT_EQ(loadAt<u32>(area, inputRing.counterAt), 1u);
     line("input 7 1"); // counts pulses
-    EXPECT_EQ(loadAt<u32>(area, 20243936), 1u);
-    EXPECT_EQ(loadAt<u8>(area, 16654038), 16 + 64);
+    EXPECT_EQ(loadAt<u32>(area, inputRing.counterAt), 1u);
+    EXPECT_EQ(loadAt<u8>(area, inputStateAt), 16 + 64);
     line("record 2");
     line("reset wave2");
-    EXPECT_EQ(loadAt<u32>(area, 37514512), 0u);
+    EXPECT_EQ(loadAt<u32>(area, waveCountAt[1]), 0u);
 }
 
 TEST_F(InstrumentEvents, ASelfCheckFlagComesWithTheTimeOfTheWord) {
     heldClockAdvance(1234);
     line("check flash 1");
-    EXPECT_EQ(loadAt<u32>(area, 37514464), 16u);
-    EXPECT_EQ(time(37514452), u64{now()} * 1000 + 1234);
+    EXPECT_EQ(loadAt<u32>(area, checkWordAt), 16u);
+    EXPECT_EQ(time(checkTimeAt), u64{now()} * 1000 + 1234);
     line("check commPara 1");
     line("check flash 0");
-    EXPECT_EQ(loadAt<u32>(area, 37514464), 1u << 17);
+    EXPECT_EQ(loadAt<u32>(area, checkWordAt), 1u << 17);
     EXPECT_NE(line("check disk 1").find("flash"), std::string::npos);
 }
 
@@ -471,11 +485,11 @@ TEST_F(InstrumentEvents, ARestartGoesOnFromTheRings) {
 TEST_F(InstrumentEvents, NothingHappensWithoutChanceAndTheSameWithTheSameSeed) {
     std::string story[2];
     step(120);
-    EXPECT_EQ(pqLog().size() + loadAt<u32>(area, 20243936), 0u);
+    EXPECT_EQ(pqLog().size() + loadAt<u32>(area, inputRing.counterAt), 0u);
     for (std::string &text : story) {
         publish(*regionPlace(area.base, region::ready), 0);
-        storeAt<u8>(area, 16654038, 0);
-        storeAt<u16>(area, 16654118, 0);
+        storeAt<u8>(area, inputStateAt, 0);
+        storeAt<u16>(area, outputStateAt, 0);
         for (const char *ring : {"di", "do", "sp", "lg", "pq", "wave1", "wave2"}) {
             line(std::string("reset ") + ring);
         }
@@ -488,9 +502,9 @@ TEST_F(InstrumentEvents, NothingHappensWithoutChanceAndTheSameWithTheSameSeed) {
         }
         EXPECT_EQ(operated, 63u); // every output
         text = line("state events");
-        EXPECT_GT(loadAt<u32>(area, 20243936), 10u);
+        EXPECT_GT(loadAt<u32>(area, inputRing.counterAt), 10u);
         EXPECT_GT(pqLog().size(), 10u);
-        EXPECT_GT(loadAt<u32>(area, 37514512), 2u); // transients
+        EXPECT_GT(loadAt<u32>(area, waveCountAt[1]), 2u); // transients
     }
     const auto events = [](const std::string &text) {
         return text.substr(text.find("\"events\""), text.find("\"values\"") - text.find("\"events\""));
@@ -531,7 +545,7 @@ TEST_F(InstrumentEvents, WrongCommandsChangeNothing) {
     }
     step(2);
     EXPECT_TRUE(pqLog().empty());
-    EXPECT_EQ(loadAt<u32>(area, 20243936), 0u);
+    EXPECT_EQ(loadAt<u32>(area, inputRing.counterAt), 0u);
     EXPECT_EQ(line("rated 1"), "ok\n");
     EXPECT_EQ(loadAt<u16>(area, 7568), 1);
     EXPECT_EQ(arm(81), 1082u);

@@ -7,9 +7,7 @@
 #include <limits>
 
 using namespace ied;
-using ied::test::DeviceState;
-using ied::test::LogLines;
-using ied::test::record;
+using namespace ied::test;
 
 namespace {
 

@@ -1,6 +1,7 @@
 // Every measurement as the instrument's own model shows it: a value is put at its place in the
 // shared region and looked for at the leaf that a client reads.
 #include "device/measRefresh.h"
+#include "device/measTables.h"
 #include "tests/support/instrumentModel.h"
 #include "tests/support/measurementRows.h"
 
@@ -41,7 +42,7 @@ void setInputModes(const std::function<bool(u32)> &countsPulses) {
 
 // One refresh of the instrument and how its sources lie.
 struct Refresh {
-    const char *table;
+    MeasTableId table;
     std::function<int()> run;
     u32 timeAt; // 0: a time follows each value
     bool hasMs;
@@ -50,18 +51,18 @@ struct Refresh {
 };
 
 const std::vector<Refresh> refreshes = {
-    {"basicMeasTable", [] { return refreshRt50Cycle(RefreshAll); }, 21360, true, 0, 0},
-    {"harmImBalMeasTable", [] { return refreshRtHarm(RefreshAll); }, 21360, true, 0, 4},
-    {"pstMeasTable", [] { return refreshRtPst(RefreshAll); }, 58624, true, 0, 0},
-    {"pltMeasTable", [] { return refreshRtPlt(RefreshAll); }, 58652, true, 0, 0},
-    {"diCntMeasTable", [] { return refreshRtDiCnt(RefreshAll); }, 16654024, true, 0, 0},
-    {"energyMeasTable", [] { return refreshEnergy(RefreshAll); }, 16639536, true, 0, 0},
-    {"demandMeasTable", [] { return refreshRtDemand(RefreshAll); }, 16647016, false, 2, 96},
-    {"preDemandMeasTable", [] { return refreshPreDemand(RefreshAll); }, 16653884, true, 0, 0},
-    {"rtStatTable", [] { return refreshStatData(0, RefreshAll) & refreshStatData(1, RefreshAll); }, 0, true,
-     0, 0},
-    {"demandStatTable", [] { return refreshStatData(0, RefreshAll) & refreshStatData(1, RefreshAll); }, 0,
+    {MeasTableId::basic, [] { return refreshRt50Cycle(RefreshAll); }, 21360, true, 0, 0},
+    {MeasTableId::harmImBal, [] { return refreshRtHarm(RefreshAll); }, 21360, true, 0, 4},
+    {MeasTableId::pst, [] { return refreshRtPst(RefreshAll); }, 58624, true, 0, 0},
+    {MeasTableId::plt, [] { return refreshRtPlt(RefreshAll); }, 58652, true, 0, 0},
+    {MeasTableId::diCnt, [] { return refreshRtDiCnt(RefreshAll); }, 16654024, true, 0, 0},
+    {MeasTableId::energy, [] { return refreshEnergy(RefreshAll); }, 16639536, true, 0, 0},
+    {MeasTableId::demand, [] { return refreshRtDemand(RefreshAll); }, 16647016, false, 2, 96},
+    {MeasTableId::preDemand, [] { return refreshPreDemand(RefreshAll); }, 16653884, true, 0, 0},
+    {MeasTableId::rtStat, [] { return refreshStatData(0, RefreshAll) & refreshStatData(1, RefreshAll); }, 0,
      true, 0, 0},
+    {MeasTableId::demandStat, [] { return refreshStatData(0, RefreshAll) & refreshStatData(1, RefreshAll); },
+     0, true, 0, 0},
 };
 
 // --------------------------------------------------------------------------- what is expected
@@ -195,11 +196,11 @@ class MeasurementRows : public testing::TestWithParam<Refresh> {
     }
 
     static constexpr u32 elements = 64; // of an array, as the ICD says
-    const MeasTable &table = measurementTable(GetParam().table);
+    const MeasTable &table = measurementTable(measTableName(GetParam().table));
 };
 
 TEST_P(MeasurementRows, ShowTheValuesOfTheirOwnPlacesInEachWiring) {
-    EXPECT_EQ(rowCount(table), table.rows);
+    EXPECT_EQ(measTable(GetParam().table).size(), rowCount(table));
     setInputModes([](u32) { return true; });
     for (const u16 mode : {u16{0}, u16{1}, u16{2}}) {
         fill(mode);
@@ -212,7 +213,7 @@ TEST_P(MeasurementRows, ShowTheValuesOfTheirOwnPlacesInEachWiring) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Instrument, MeasurementRows, testing::ValuesIn(refreshes),
-                         [](const auto &param) { return std::string(param.param.table); });
+                         [](const auto &param) { return std::string(measTableName(param.param.table)); });
 
 // ------------------------------------------------------------------------- the whole model
 

@@ -11,9 +11,7 @@
 #include <gtest/gtest.h>
 
 using namespace ied;
-using ied::test::LogLines;
-using ied::test::Name;
-using ied::test::SmallModel;
+using namespace ied::test;
 
 namespace {
 

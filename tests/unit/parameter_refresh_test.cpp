@@ -6,12 +6,11 @@
 #include "device/statusRefresh.h"
 #include "model-gen/c/sclRecords.h"
 #include "tests/support/deviceModel.h"
+#include "tests/support/ringEvents.h"
 #include "tests/support/smallModel.h"
 
 using namespace ied;
-using ied::test::DeviceState;
-using ied::test::LogLines;
-using ied::test::record;
+using namespace ied::test;
 
 namespace {
 
@@ -27,9 +26,9 @@ class ParameterRefresh : public testing::Test {
 // --------------------------------------------------------------------- what hangs on parameters
 
 TEST_F(ParameterRefresh, DigitalInputsAreValidInStatusModeOnly) {
-    device.put<u8>(16654038, 0b00000101); // DI1 and DI3 are on
-    device.put<u16>(DIMod + 8, 1);        // DI2 counts pulses
-    device.put<u16>(DIMod + 16, 2);       // DI3 synchronises
+    device.put<u8>(inputStateAt, 0b00000101); // DI1 and DI3 are on
+    device.put<u16>(DIMod + 8, 1);            // DI2 counts pulses
+    device.put<u16>(DIMod + 16, 2);           // DI3 synchronises
     device.put<u32>(16654072 + 4, 55);
     relatedDataRefresh(true, 0);
     const TimeStamp start{utc, 0, 10};
@@ -44,7 +43,7 @@ TEST_F(ParameterRefresh, DigitalInputsAreValidInStatusModeOnly) {
 
     // Without a change of mode, nothing but a pulse quantity is written again.
     heldClockAdvance(5000);
-    device.put<u8>(16654038, 0);
+    device.put<u8>(inputStateAt, 0);
     device.put<u32>(16654072 + 4, 66);
     relatedDataRefresh(false, ParaDI);
     EXPECT_EQ(record<SPS>("ST.DI1").stVal, 1);
@@ -66,7 +65,7 @@ TEST_F(ParameterRefresh, DigitalInputsAreValidInStatusModeOnly) {
 }
 
 TEST_F(ParameterRefresh, DigitalOutputsAreValidUnderRemoteControlOnly) {
-    device.put<u16>(16654118, 0x20); // DO2 is closed
+    device.put<u16>(outputStateAt, 0x20); // DO2 is closed
     device.put<u16>(DOMod, 3);
     relatedDataRefresh(true, 0);
     EXPECT_EQ(record<CtlObj>("CTL.DO1").q, qualityInvalid);
@@ -74,7 +73,7 @@ TEST_F(ParameterRefresh, DigitalOutputsAreValidUnderRemoteControlOnly) {
     EXPECT_EQ(record<CtlObj>("CTL.DO2").q, qualityGood);
     device.put<u16>(DOMod, 0);
     device.put<u16>(DOMod + 4, 1);
-    device.put<u16>(16654118, 0x10);
+    device.put<u16>(outputStateAt, 0x10);
     relatedDataRefresh(false, ParaDO);
     EXPECT_EQ(record<CtlObj>("CTL.DO1").stVal, 1);
     EXPECT_EQ(record<CtlObj>("CTL.DO1").q, qualityGood);
@@ -216,8 +215,8 @@ TEST_F(ParameterRefresh, TheFirstStateShowsPlatesVersionsAndWhatNothingFeeds) {
     device.put<u32>(7576, 4711);
     device.put<u32>(37549792, 3);
     device.put<u32>(37549796, 4);
-    device.put<u32>(37514464, 0b10110); // battery, A/D and flash at fault
-    device.putTime(37514452, 123, 4, 5);
+    device.put<u32>(checkWordAt, 0b10110); // battery, A/D and flash at fault
+    device.putTime(checkTimeAt, 123, 4, 5);
     device.put<u16>(DIMod, 2);
     device.put<u16>(DOMod + 4, 1);
     EXPECT_EQ(locDataInit(), 0);

@@ -88,7 +88,6 @@ std::string reference(const Member &member) {
     return tlv("8A", ascii(member.reference));
 }
 
-constexpr const char *idAndNoOptions = "8A02 6964 8403 06 0000";
 constexpr const char *firstAndLast = "8403 07 8080";
 constexpr const char *allNine = "8403 07 FF80";
 
@@ -134,20 +133,10 @@ TEST(ReportEncoding, PutsEveryOptionOfAnUnbufferedBlockInItsPlace) {
               reportFrame("8A02 6964 8403 06 4000 8602 00FF" + std::string(firstAndLast) + "830101 8501FD"));
 }
 
-TEST(ReportEncoding, HasThreeResultsAndTheValuesWithoutOptions) {
-    for (const char *name : {"Tiny/LLN0$BR$b", "Tiny/LLN0$RP$u"}) {
-        NineMembers model(name, 0);
-        model.interrogate();
-        EXPECT_EQ(encoded(entryAt(aRCBStat, 0)),
-                  reportFrame(std::string(idAndNoOptions) + firstAndLast + "830101 8501FD"));
-        EXPECT_EQ(encoded(entryAt(aRCBStat, 1)),
-                  reportFrame(std::string(idAndNoOptions) + allNine + allValues()));
-    }
-}
-
 // Each option alone has its own results and no other's.
 TEST(ReportEncoding, AddsWhatAnOptionAsksFor) {
-    const std::pair<u16, const char *> rows[] = {{0x4000, "8602 1234"},
+    const std::pair<u16, const char *> rows[] = {{0, ""},
+                                                 {0x4000, "8602 1234"},
                                                  {0x2000, "8C06 000004EA 0001"},
                                                  {0x0800, "8A0C 54696E792F4C4C4E30246473"},
                                                  {0x0200, "8301 01"},

@@ -5,58 +5,39 @@
 #include "device/statusRefresh.h"
 #include "tests/support/deviceModel.h"
 #include "tests/support/monitorStandIn.h"
+#include "tests/support/ringEvents.h"
 #include "tests/support/smallModel.h"
 
 using namespace ied;
-using ied::test::DeviceState;
-using ied::test::LogLines;
-using ied::test::MonitorStandIn;
-using ied::test::Pictures;
-using ied::test::record;
-using ied::test::shown;
+using namespace ied::test;
 
 namespace {
 
-struct Ring {
+// What a ring's states are shown in, from the first bit to the last with an object.
+struct Source {
     const char *name; // in messages
     u32 type;
-    u32 counter;
-    u32 slotSize;
-    u32 stateAt; // in a slot
-    u32 width;   // octets of the state field
-    u32 bits;    // with an object
+    Ring ring;
     const char *first, *last;
 };
-constexpr Ring DI = {"DI", 0, 20243936, 16, 14, 1, 8, "ST.DI1", "ST.DI8"};
-constexpr Ring DO = {"DO", 1, 20245540, 20, 14, 2, 6, "CTL.RO1", "CTL.DO2"};
-constexpr Ring SP = {"SP", 2, 20247544, 20, 16, 4, 32, "ST.SP1", "ST.SP32"};
-constexpr Ring LG = {"LG", 3, 20249548, 20, 16, 4, 8, "ST.logic1", "ST.logic8"};
+constexpr Source DI = {"DI", 0, inputRing, "ST.DI1", "ST.DI8"};
+constexpr Source DO = {"DO", 1, outputRing, "CTL.RO1", "CTL.DO2"};
+constexpr Source SP = {"SP", 2, setpointRing, "ST.SP1", "ST.SP32"};
+constexpr Source LG = {"LG", 3, logicRing, "ST.logic1", "ST.logic8"};
 
 constexpr u32 DIModAt = 826, DOModAt = 890;
-constexpr u32 checkWordAt = 37514464, checkTimeAt = 37514452;
 
 class StatusRefresh : public testing::Test {
   protected:
     // Writes an entry as the device manager does; its time tells which one it is.
-    void append(const Ring &ring, u32 state) {
-        const u32 count = device.get<u32>(ring.counter);
-        const u32 slot = ring.counter + 4 + ring.slotSize * (count % 100);
-        device.putTime(slot, 5000 + count, 250, 10);
-        switch (ring.width) {
-        case 1:
-            device.put(slot + ring.stateAt, static_cast<u8>(state));
-            break;
-        case 2:
-            device.put(slot + ring.stateAt, static_cast<u16>(state));
-            break;
-        default:
-            device.put(slot + ring.stateAt, state);
-        }
-        device.raise(ring.counter);
+    void append(const Source &source, u32 state) {
+        const u32 count = device.get<u32>(source.ring.counterAt);
+        putState([this](u32 at, auto value) { device.put(at, value); }, source.ring, count, state,
+                 5000 + count, 250);
     }
-    void append(const Ring &ring, std::initializer_list<u32> states) {
+    void append(const Source &source, std::initializer_list<u32> states) {
         for (const u32 state : states) {
-            append(ring, state);
+            append(source, state);
         }
     }
     static std::string shownState(const std::string &sAddr) {
@@ -87,17 +68,17 @@ TEST_F(StatusRefresh, EveryEntryIsAPictureWithTheTimeOfItsChange) {
     EXPECT_EQ(monitor.pictures.size(), 4U) << "nothing new wakes no monitor";
 }
 
-class AnyRing : public StatusRefresh, public testing::WithParamInterface<Ring> {};
+class AnyRing : public StatusRefresh, public testing::WithParamInterface<Source> {};
 
 TEST_P(AnyRing, HasItsObjectsByBitAndIgnoresBitsWithoutOne) {
-    const Ring &ring = GetParam();
-    monitor.start([&] { return shownState(ring.first) + " " + shownState(ring.last); });
-    const u32 last = 1U << (ring.bits - 1);
-    append(ring, {1, 1 | last, ~(1 | last)});
+    const Source &source = GetParam();
+    monitor.start([&] { return shownState(source.first) + " " + shownState(source.last); });
+    const u32 last = 1U << (source.ring.bits - 1);
+    append(source, {1, 1 | last, ~(1 | last)});
     record<SPS>("ST.dspFlt").stVal = 9; // follows the logic outputs in the mirror
-    EXPECT_EQ(refreshSTData(ring.type, 0), 3U);
-    const std::string n0 = ring.type == 1 ? "" : " n0", n1 = ring.type == 1 ? "" : " n1",
-                      n2 = ring.type == 1 ? "" : " n2";
+    EXPECT_EQ(refreshSTData(source.type, 0), 3U);
+    const std::string n0 = source.type == 1 ? "" : " n0", n1 = source.type == 1 ? "" : " n1",
+                      n2 = source.type == 1 ? "" : " n2";
     EXPECT_EQ(monitor.pictures,
               (Pictures{"1@5000.250" + n1 + " 0@0.000" + n0, "1@5000.250" + n1 + " 1@5001.250" + n1,
                         "0@5002.250" + n2 + " 0@5002.250" + n2}));
@@ -105,27 +86,27 @@ TEST_P(AnyRing, HasItsObjectsByBitAndIgnoresBitsWithoutOne) {
 }
 
 TEST_P(AnyRing, GivesAnOvertakenReaderTheNewestHundredAcrossItsLastSlot) {
-    const Ring &ring = GetParam();
-    watch(ring.first);
+    const Source &source = GetParam();
+    watch(source.first);
     for (u32 i = 0; i < 250; i++) {
-        append(ring, i & 1);
+        append(source, i & 1);
     }
-    EXPECT_EQ(refreshSTData(ring.type, 149), 250U);
+    EXPECT_EQ(refreshSTData(source.type, 149), 250U);
     ASSERT_EQ(monitor.pictures.size(), 100U);
     EXPECT_EQ(monitor.pictures[0].substr(0, 7), "0@0.000") << "entry 150 changes nothing";
     EXPECT_EQ(monitor.pictures[1].substr(0, 10), "1@5151.250");
     EXPECT_EQ(monitor.pictures[99].substr(0, 10), "1@5249.250");
-    EXPECT_EQ(refreshSTData(ring.type, 150), 250U);
+    EXPECT_EQ(refreshSTData(source.type, 150), 250U);
     EXPECT_EQ(monitor.pictures.size(), 200U) << "a hundred behind is not overtaken";
     EXPECT_EQ(log.lines().size(), 0U);
 }
 
 // While the monitor looks at the first of a hundred entries, the instrument writes over 60 of them.
 TEST_P(AnyRing, ThatOvertakesAWalkEndsItAndKeepsItsOrder) {
-    const Ring &ring = GetParam();
+    const Source &source = GetParam();
     const auto appendMany = [&](u32 count) {
         for (u32 i = 0; i < count; i++) {
-            append(ring, i & 1);
+            append(source, i & 1);
         }
     };
     bool looked = false;
@@ -134,11 +115,11 @@ TEST_P(AnyRing, ThatOvertakesAWalkEndsItAndKeepsItsOrder) {
             looked = true;
             appendMany(60);
         }
-        return shownState(ring.first);
+        return shownState(source.first);
     });
     appendMany(100);
-    EXPECT_EQ(refreshSTData(ring.type, 0), 1U);
-    EXPECT_EQ(refreshSTData(ring.type, 1), 160U);
+    EXPECT_EQ(refreshSTData(source.type, 0), 1U);
+    EXPECT_EQ(refreshSTData(source.type, 1), 160U);
     ASSERT_EQ(monitor.pictures.size(), 101U);
     EXPECT_EQ(monitor.pictures[1].substr(0, 7), "0@0.000") << "entry 60 changes nothing";
     EXPECT_EQ(monitor.pictures[2].substr(0, 10), "1@5061.250");
@@ -146,18 +127,18 @@ TEST_P(AnyRing, ThatOvertakesAWalkEndsItAndKeepsItsOrder) {
 }
 
 TEST_P(AnyRing, ThatWasResetIsReadFromItsNewPositionOn) {
-    const Ring &ring = GetParam();
-    watch(ring.first);
-    append(ring, {1, 1, 1});
-    EXPECT_EQ(refreshSTData(ring.type, 4000000000U), 3U);
+    const Source &source = GetParam();
+    watch(source.first);
+    append(source, {1, 1, 1});
+    EXPECT_EQ(refreshSTData(source.type, 4000000000U), 3U);
     EXPECT_EQ(monitor.pictures.size(), 0U);
-    EXPECT_EQ(shownState(ring.first).substr(0, 7), "0@0.000");
+    EXPECT_EQ(shownState(source.first).substr(0, 7), "0@0.000");
     EXPECT_EQ(LogLines::count("UPD", "CRI", "refreshSTData",
-                              std::string(ring.name) + " Ptr Overfollow! PtrNow:3, PtrLast:4000000000"),
+                              std::string(source.name) + " Ptr Overfollow! PtrNow:3, PtrLast:4000000000"),
               1);
-    append(ring, 1);
-    EXPECT_EQ(refreshSTData(ring.type, 3), 4U);
-    EXPECT_EQ(shownState(ring.first).substr(0, 10), "1@5003.250");
+    append(source, 1);
+    EXPECT_EQ(refreshSTData(source.type, 3), 4U);
+    EXPECT_EQ(shownState(source.first).substr(0, 10), "1@5003.250");
 }
 
 INSTANTIATE_TEST_SUITE_P(StatusRefresh, AnyRing, testing::Values(DI, DO, SP, LG),
@@ -257,14 +238,15 @@ TEST_F(EventCycle, PlaysWhatMovedInItsOrderAndRemembersWhere) {
     cycle();
     EXPECT_EQ(played(), Pictures{});
     const std::size_t before = monitor.pictures.size();
-    for (const Ring &ring : {LG, SP, DO, DI}) {
-        append(ring, 1);
+    for (const Source &source : {LG, SP, DO, DI}) {
+        append(source, 1);
     }
     append(SP, 1);
     device.put<u32>(checkWordAt, 0x80000000);
-    device.put<u32>(20199824, 3); // three entries of the PQ log that are neither variation nor transient
-    device.put<u32>(37514496, 11);
-    device.put<u32>(37514512, 12);
+    device.put<u32>(eventLog.counterAt,
+                    3); // three entries of the PQ log that are neither variation nor transient
+    device.put<u32>(waveCountAt[0], 11);
+    device.put<u32>(waveCountAt[1], 12);
     cycle();
     const Pictures expected = {"DI state is refreshed! Now ptr is 1",
                                "DO state is refreshed! Now ptr is 1",
@@ -287,15 +269,15 @@ TEST_F(EventCycle, AfterARestartRingsAreReplayedButNoEventsAndRecords) {
     for (u32 i = 0; i < 130; i++) {
         append(DI, i == 129 ? 1 : 0);
     }
-    device.put<u32>(20199824, 40); // all dips that ended
+    device.put<u32>(eventLog.counterAt, 40); // all dips that ended
     for (u32 i = 0; i < 40; i++) {
-        device.put<u8>(20199828 + 36 * i + 2, 1);
-        device.put<u8>(20199828 + 36 * i + 3, 4);
+        device.put<u8>(slotAt(eventLog, i) + 2, 1);
+        device.put<u8>(slotAt(eventLog, i) + 3, 4);
     }
     device.put<u32>(37549692, 38);
     for (u32 group = 0; group < 2; group++) {
         device.put<u32>(37549792 + 4 * group, 7 + group);
-        device.put<u32>(37514496 + 16 * group, 7 + group);
+        device.put<u32>(waveCountAt[group], 7 + group);
     }
     device.put<u32>(checkWordAt, 0x10);
     stDataInit();
