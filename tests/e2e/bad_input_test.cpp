@@ -16,7 +16,6 @@ class BadInput : public ServerSuite {
 };
 
 const std::string identifyFrame = dataFrame(confirmedRequest(1, "82 00"));
-const std::string longTag = "BF FF FF FF FF FF FF 7F 00";
 
 // A request of its own layer, and the octets of the level below it.
 struct Level {
@@ -43,34 +42,17 @@ std::string manyVariables(int count) {
 
 // Frames that no server may answer, on an association in progress.
 const std::vector<Level> silent = {
-    {"a COTP disconnect", tpkt("06 80 00 00 00 01 00")},
-    {"a COTP error", tpkt("04 70 00 01 00")},
     {"a COTP expedited TPDU", tpkt("02 10 80")},
-    {"a CR with an unknown parameter", tpkt("09 E0 00 00 00 01 00 C5 01 00")},
-    {"an empty DT", tpkt("02 F0 80")},
-    {"a lone TPKT header", "03 00 00 04"},
     {"a session ABORT of code 25", tpkt("02 F0 80 19 03 11 01 03")},
     {"a session SPDU of code 0", tpkt("02 F0 80 00 00 00 00")},
-    {"give tokens alone", tpkt("02 F0 80 01 00")},
-    {"a CONNECT without selectors", tpkt("02 F0 80 0D 0C 05 06 13 01 00 16 01 02 14 02 00 02")},
     {"a CONNECT cut off", tpkt("02 F0 80 0D FF 05 06 13")},
-    {"a FINISH with nothing", tpkt("02 F0 80 09 00")},
     {"presentation length beyond the frame", tpkt("02 F0 80 01 00 01 00 61 7F 30 00")},
-    {"presentation length short of the frame", tpkt("02 F0 80 01 00 01 00 61 02 30 00 00 00")},
     {"presentation of indefinite length", tpkt("02 F0 80 01 00 01 00 61 80 30 80 02 01 03 A0 80 A0 80 02 01 "
                                                "01 82 00 00 00 00 00 00 00 00 00 00 00")},
-    {"presentation without values", tpkt("02 F0 80 01 00 01 00 61 00")},
     {"an unknown presentation PDU", tpkt("02 F0 80 01 00 01 00 AC 02 80 00")},
-    {"an unknown MMS PDU", dataFrame("BF 4F 02 80 00")},
-    {"a reject from a client", dataFrame("A4 03 85 01 01")},
-    {"an invoke id of no octets", dataFrame("A0 04 02 00 82 00")},
-    {"an invoke id of five octets", dataFrame("A0 09 02 05 01 00 00 00 00 82 00")},
-    {"a request without a service", dataFrame("A0 03 02 01 01")},
     {"a service beyond the standard", dataFrame(confirmedRequest(1, "BF 60 00"))},
     {"a length of 2^31", dataFrame("A0 84 80 00 00 00 02 01 01 82 00")},
     {"a length of 2^64", dataFrame("A0 88 FF FF FF FF FF FF FF FF 02 01 01 82 00")},
-    {"a tag without an end", dataFrame(confirmedRequest(1, longTag))},
-    {"a component past its parent", dataFrame("A0 09 02 01 01 A4 04 A1 7F A0 00")},
     {"a name list of no class", dataFrame(confirmedRequest(1, "A1 04 A1 02 80 00"))},
     {"an index of a negative number",
      dataFrame(read(1, "ZRX418MEAS", "MHAI1$MX$HA$phsAHar", "A5 06 82 04 FF FF FF FF"))},
@@ -80,10 +62,6 @@ const std::vector<Level> silent = {
      tpkt("02 F0 80 01 00 01 00 61 0C 30 0A 02 01 05 A0 05" + confirmedRequest(1, "82 00"))},
     {"a release that holds a request",
      tpkt("02 F0 80 09 10 C1 0E 61 0C 30 0A 02 01 01 A0 05" + confirmedRequest(1, "82 00"))},
-    {"a bit string with nine unused bits", dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$q", "84 02 09 00"))},
-    {"a boolean of no octets", dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$q", "83 00"))},
-    {"an integer of nine octets",
-     dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$stVal", "85 09 00 00 00 00 00 00 00 00 01"))},
     {"nested structures to a great depth",
      dataFrame(write(1, "ZRX418MEAS", "LLN0$ST$Mod$stVal", nested("A2", 2000)))},
     {"nested strings to a great depth",

@@ -169,33 +169,3 @@ TEST_F(BrowseAndRead, AnArrayIsReadWholeByElementByRangeAndByComponent) {
         EXPECT_EQ(part(beyond), canonical("A1 0A 02 01 01 A4 05 A1 03 80 01 0A")) << beyond;
     }
 }
-
-TEST_F(BrowseAndRead, WhatIsNotThereIsToldByObjectNonExistent) {
-    const auto readOf = [&](const std::string &domain, const std::string &item) {
-        return ask(client, read(1, domain, item)).value_or("");
-    };
-    const std::string nonExistent = canonical("A1 0A 02 01 01 A4 05 A1 03 80 01 0A");
-    EXPECT_EQ(readOf("NOSUCH", "LLN0$ST$Mod"), nonExistent);
-    EXPECT_EQ(readOf("ZRX418MEAS", "LLN0$ST$Moo"), nonExistent);
-    EXPECT_EQ(readOf("ZRX418MEAS", ""), nonExistent);
-    EXPECT_EQ(readOf("ZRX418MEAS", "$"), nonExistent);
-    EXPECT_EQ(readOf("ZRX418MEAS", "LLN0$"), nonExistent);
-    EXPECT_EQ(readOf("ZRX418MEAS", "LLN0$ST$Mod$stVal$a$b$c$d"), nonExistent);
-    for (std::size_t length : {32U, 33U, 64U, 255U, 256U, 1000U}) {
-        EXPECT_EQ(readOf("ZRX418MEAS", std::string(length, 'A')), nonExistent) << length;
-    }
-    const std::string accessNonExistent = canonical("A2 0A 80 01 01 A2 05 A0 03 87 01 02");
-    EXPECT_EQ(ask(client, getTypeOf(1, "ZRX418MEAS", "NOSUCH1")), accessNonExistent);
-    EXPECT_EQ(ask(client, getNameList(1, 0, "NOSUCH")), accessNonExistent);
-    EXPECT_EQ(ask(client, getNameList(1, 0, "ZRX418MEAS", "NOSUCH")), accessNonExistent);
-}
-
-TEST_F(BrowseAndRead, AReadThatWouldExceedEveryBufferIsRefusedWhole) {
-    std::string list;
-    for (int i = 0; i < 200; ++i) {
-        list += tlv("30", tlv("A0", objectName("ZRX418MEAS", "MHAI1$MX")));
-    }
-    EXPECT_EQ(ask(client, confirmedRequest(1, tlv("A4", tlv("A1", tlv("A0", list))))),
-              canonical("A2 0A 80 01 01 A2 05 A0 03 87 01 03"));
-    EXPECT_EQ(ask(client, read(2, "ZRX418MEAS", "LLN0$ST$Mod$stVal")).value_or("").substr(0, 2), "A1");
-}

@@ -2,14 +2,10 @@
 #include "tests/support/serverFixture.h"
 
 #include <arpa/inet.h>
-#include <atomic>
 #include <linux/filter.h>
-#include <mutex>
 #include <netinet/in.h>
 #include <poll.h>
-#include <set>
 #include <sys/socket.h>
-#include <thread>
 
 using namespace ied::test;
 
@@ -137,70 +133,6 @@ TEST_F(Exhaustion, NamesOfDataSetsOfEveryLengthAndOddSeparators) {
         EXPECT_NE(answer(readSet(item)), notRead) << item.substr(0, 40);
         EXPECT_EQ(answer(deleteSet(item)), deleted) << item.substr(0, 40);
     }
-}
-
-TEST_F(Exhaustion, ADataSetComesAndGoesUnderThoseWhoReadIt) {
-    constexpr int pairs = 150;
-    const std::string members = variable("LLN0$ST$Mod$stVal") + variable("LLN0$ST$Mod$q");
-    std::string whole;
-    {
-        RawClient client;
-        ASSERT_TRUE(associate(client, server->port));
-        ASSERT_EQ(ask(client, define("LLN0$shared", members)), defined);
-        whole = ask(client, readSet("LLN0$shared")).value_or("");
-        ASSERT_EQ(ask(client, deleteSet("LLN0$shared")), deleted);
-        ASSERT_TRUE(whole.starts_with(canonical("A1"))) << whole;
-    }
-    // What each kind of client was answered.
-    std::set<std::string> defines, deletes, reads[3];
-    std::atomic<int> definers = 2;
-    std::atomic<int> associated = 0; // of five: a connection may wait for a second in the host's backlog
-    const auto start = [&](RawClient &client) {
-        const bool up = associate(client, server->port);
-        ++associated;
-        return up && waitUntil([&] { return associated == 5; });
-    };
-    std::vector<std::thread> threads;
-    std::mutex guard;
-    for (int i = 0; i < 2; ++i) {
-        threads.emplace_back([&] {
-            RawClient client;
-            const bool up = start(client);
-            for (int n = 0; up && n < pairs; ++n) {
-                const std::string first = ask(client, define("LLN0$shared", members)).value_or("silence");
-                const std::string second = ask(client, deleteSet("LLN0$shared")).value_or("silence");
-                const std::lock_guard held(guard);
-                defines.insert(first);
-                deletes.insert(second);
-            }
-            --definers;
-        });
-    }
-    for (auto &seen : reads) {
-        threads.emplace_back([&] {
-            RawClient client;
-            const bool up = start(client);
-            while (up && definers > 0) {
-                seen.insert(ask(client, readSet("LLN0$shared")).value_or("silence"));
-            }
-        });
-    }
-    for (std::thread &thread : threads) {
-        thread.join();
-    }
-    for (const std::string &answer : defines) {
-        EXPECT_TRUE(answer == defined || answer == definitionError("05")) << answer;
-    }
-    for (const std::string &answer : deletes) {
-        EXPECT_TRUE(answer == deleted || answer == noSuchSet) << answer;
-    }
-    for (const auto &seen : reads) {
-        EXPECT_FALSE(seen.empty());
-        for (const std::string &answer : seen) {
-            EXPECT_TRUE(answer == whole || answer == notRead) << answer;
-        }
-    }
-    EXPECT_TRUE(defines.count(defined) == 1 && deletes.count(deleted) == 1);
 }
 
 TEST_F(Exhaustion, ListsOf100000EntriesGetOneAnswer) {

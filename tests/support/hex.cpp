@@ -1,5 +1,6 @@
 #include "tests/support/hex.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace ied::test {
@@ -69,6 +70,18 @@ std::string ascii(std::string_view text) {
 std::string characters(std::string_view hex) {
     const std::vector<u8> text = octets(hex);
     return {text.begin(), text.end()};
+}
+
+std::vector<std::string> parts(std::string_view text, char separator) {
+    std::vector<std::string> found;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find(separator, at), text.size());
+        if (end != at) {
+            found.emplace_back(text.substr(at, end - at));
+        }
+        at = end + 1;
+    }
+    return found;
 }
 
 } // namespace ied::test

@@ -24,4 +24,7 @@ std::string hexNumber(std::size_t value, std::size_t width);
 std::string ascii(std::string_view text);
 std::string characters(std::string_view hex);
 
+// The parts of a text between its separators; empty ones are left out.
+std::vector<std::string> parts(std::string_view text, char separator);
+
 } // namespace ied::test

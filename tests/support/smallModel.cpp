@@ -14,32 +14,11 @@
 
 namespace ied::test {
 
-const std::vector<TypedLeaf> typedLeaves = {
-    {TypeBoolean, "boolean"},
-    {TypeDbpos, "dbpos"},
-    {TypeBits5, "bits5"},
-    {TypeTrgOps, "trgOps"},
-    {TypeOptFlds, "optFlds"},
-    {TypeQuality, "quality"},
-    {TypeInt8, "int8"},
-    {TypeInt16, "int16"},
-    {TypeInt32, "int32"},
-    {TypeInt8U, "int8u"},
-    {TypeInt16U, "int16u"},
-    {TypeInt32U, "int32u"},
-    {TypeFloat32, "float32"},
-    {TypeOctet6, "octet6"},
-    {TypeOctet8, "octet8"},
-    {TypeOctet64, "octet64"},
-    {TypeVisString32, "visString32"},
-    {TypeVisString64, "visString64"},
-    {TypeVisString65, "visString65"},
-    {TypeVisString255, "visString255"},
-    {TypeUnicode255, "unicode255"},
-    {TypeTimestamp, "timestamp"},
-    {TypeEntryTime, "entryTime"},
-    {TypeEnum, "enumeration"},
-};
+const std::vector<const char *> typedLeaves = {
+    "boolean",     "dbpos",        "bits5",      "trgOps",    "optFlds",     "quality",
+    "int8",        "int16",        "int32",      "int8u",     "int16u",      "int32u",
+    "float32",     "octet6",       "octet8",     "octet64",   "visString32", "visString64",
+    "visString65", "visString255", "unicode255", "timestamp", "entryTime",   "enumeration"};
 
 namespace {
 
@@ -178,12 +157,11 @@ void SmallModel::buildLoose(GenNode *ld) {
     GenNode *ln = add(ld, "GGIO1", LevelLN, TypeInner);
     GenNode *st = add(ln, "ST", LevelFC, TypeInner);
     GenNode *all = add(st, "All", LevelDO, CdcSPS);
-    for (const TypedLeaf &typed : typedLeaves) {
-        leaf(all, typed.name, typed.type, placeOf(every, typed.type));
-    }
     GenNode *none = add(st, "None", LevelDO, CdcSPS);
-    for (const TypedLeaf &typed : typedLeaves) {
-        leaf(none, typed.name, typed.type);
+    u8 type = TypeBoolean;
+    for (const char *name : typedLeaves) {
+        leaf(all, name, type, placeOf(every, type));
+        leaf(none, name, type++);
     }
     GenNode *single = add(st, "Ind1", LevelDO, CdcSPS, &ind);
     leaf(single, "stVal", TypeBoolean, &ind.stVal);

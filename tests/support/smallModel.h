@@ -77,12 +77,8 @@ struct SmallModel {
     std::vector<std::unique_ptr<GenNode>> nodes;
 };
 
-// What leaf of SmallModel's "Tiny/GGIO1$ST$All" has which type.
-struct TypedLeaf {
-    u8 type;
-    const char *name;
-};
-extern const std::vector<TypedLeaf> typedLeaves;
+// The leaves of SmallModel's "Tiny/GGIO1$ST$All": of TypeBoolean and the types behind it, one each.
+extern const std::vector<const char *> typedLeaves;
 
 // A domain-specific name over octets of its own, zero octets and all.
 struct Name {

@@ -139,21 +139,14 @@ TEST(AlternateAccess, HoldsIndicesWithinTheArray) {
          {std::vector{index(4)}, {range(0, 4)}, {range(4, 0)}, {range(3, 1)}}) {
         EXPECT_NE(readWith(model, array, fits), "none") << fits[0].first << " " << fits[0].count;
     }
-    for (const std::vector<Select> &outside : {std::vector{index(5)},
-                                               {index(65535)},
-                                               {index(65536)},
-                                               {index(0x80000000)},
-                                               {index(~0U)},
-                                               {index(5), component("mag")},
-                                               {range(0, 5)},
-                                               {range(5, 0)},
-                                               {range(4, 1)},
-                                               {range(2, 0x80000000)},
-                                               {range(2, ~0U)},
-                                               {range(~0U, 2)},
-                                               {range(0x80000000, 0x80000000)},
-                                               {range(~0U, ~0U)}}) {
-        EXPECT_EQ(readWith(model, array, outside), "none") << outside[0].first << " " << outside[0].count;
+    for (const u32 outside : {5U, 65535U, 65536U, 0x80000000U, ~0U}) {
+        EXPECT_EQ(readWith(model, array, {index(outside)}), "none") << outside;
+    }
+    EXPECT_EQ(readWith(model, array, {index(5), component("mag")}), "none");
+    const std::pair<u32, u32> ranges[] = {
+        {0, 5}, {5, 0}, {4, 1}, {2, 0x80000000}, {2, ~0U}, {~0U, 2}, {0x80000000, 0x80000000}, {~0U, ~0U}};
+    for (const auto &[first, count] : ranges) {
+        EXPECT_EQ(readWith(model, array, {range(first, count)}), "none") << first << " " << count;
     }
     model.node("Meas/MHAI1$MX$HPhV")->data = nullptr;
     EXPECT_EQ(readWith(model, array, {index(0)}), "none") << "an array of no elements";

@@ -184,20 +184,22 @@ struct Proposal {
     std::string response;
 };
 
-std::string initiateWith(std::string_view detail, std::string_view outstanding, std::string_view nesting,
-                         std::string_view cbb) {
-    const std::string details = tlv("A4", "800101" + std::string(cbb) + "820C03EE1C00000408000079EF18");
-    return tlv("A8", std::string(detail) + std::string(outstanding) + std::string(nesting) + details);
+const char *const fullCbb = "810305F100";
+
+std::string initiateWith(const std::string &detail, const std::string &outstanding = "810105 820105",
+                         const std::string &nesting = "", const std::string &cbb = fullCbb) {
+    return tlv("A8",
+               detail + outstanding + nesting + tlv("A4", "800101" + cbb + "820C03EE1C00000408000079EF18"));
 }
 
-std::string acceptedWith(std::string_view detail, std::string_view outstanding, std::string_view nesting,
-                         std::string_view cbb) {
-    const std::string details = tlv("A4", "800101" + std::string(cbb) + "820C03EE0C00000400000048E518");
-    return tlv("A9", std::string(detail) + std::string(outstanding) + std::string(nesting) + details);
+std::string acceptedWith(const std::string &detail, const std::string &outstanding = "810101 820105",
+                         const std::string &nesting = "", const std::string &cbb = fullCbb) {
+    return tlv("A9",
+               detail + outstanding + nesting + tlv("A4", "800101" + cbb + "820C03EE0C00000400000048E518"));
 }
 
 const char *const usual = "810105 820105";
-const char *const fullCbb = "810305F100";
+const char *const granted = "810101 820105";
 
 class Negotiation : public testing::TestWithParam<Proposal> {};
 
@@ -211,28 +213,25 @@ TEST_P(Negotiation, Answer) {
 
 INSTANTIATE_TEST_SUITE_P(
     Fields, Negotiation,
-    testing::Values(Proposal{"large_pdu", initiateWith("8003030D40", usual, "", fullCbb),
-                             acceptedWith("80030186A0", "810101 820105", "", fullCbb)},
-                    Proposal{"small_pdu", initiateWith("800203E8", usual, "", fullCbb),
-                             acceptedWith("800203E8", "810101 820105", "", fullCbb)},
-                    Proposal{"no_pdu_size", initiateWith("", usual, "", fullCbb),
-                             acceptedWith("800100", "810101 820105", "", fullCbb)},
-                    Proposal{"nothing_outstanding", initiateWith("", "810100 820100", "", fullCbb),
-                             acceptedWith("800100", "810100 820100", "", fullCbb)},
-                    Proposal{"much_outstanding", initiateWith("", "8101 7F 82 0200C8", "", fullCbb),
-                             acceptedWith("800100", "810101 820105", "", fullCbb)},
-                    Proposal{"shallow_nesting", initiateWith("", usual, "830103", fullCbb),
-                             acceptedWith("800100", "810101 820105", "830103", fullCbb)},
-                    Proposal{"deep_nesting", initiateWith("", usual, "83017F", fullCbb),
-                             acceptedWith("800100", "810101 820105", "830105", fullCbb)},
-                    Proposal{"all_parameters", initiateWith("", usual, "", "810305FFE0"),
-                             acceptedWith("800100", "810101 820105", "", fullCbb)},
-                    Proposal{"no_parameters", initiateWith("", usual, "", "8103050000"),
-                             acceptedWith("800100", "810101 820105", "", "8103050000")},
-                    Proposal{"parameters_of_one_octet", initiateWith("", usual, "", "810200FF"),
-                             acceptedWith("800100", "810101 820105", "", fullCbb)},
-                    Proposal{"parameters_of_no_octet", initiateWith("", usual, "", "810100"),
-                             acceptedWith("800100", "810101 820105", "", "8103050000")}),
+    testing::Values(
+        Proposal{"large_pdu", initiateWith("8003030D40"), acceptedWith("80030186A0")},
+        Proposal{"small_pdu", initiateWith("800203E8"), acceptedWith("800203E8")},
+        Proposal{"pdu_of_nothing", initiateWith("800100"), acceptedWith("800100")},
+        Proposal{"negative_pdu", initiateWith("8001FF"), acceptedWith("8001FF")},
+        Proposal{"no_pdu_size", initiateWith(""), acceptedWith("800100")},
+        Proposal{"nothing_outstanding", initiateWith("", "810100 820100"),
+                 acceptedWith("800100", "810100 820100")},
+        Proposal{"much_outstanding", initiateWith("", "8101 7F 82 0200C8"), acceptedWith("800100")},
+        Proposal{"shallow_nesting", initiateWith("", usual, "830103"),
+                 acceptedWith("800100", granted, "830103")},
+        Proposal{"deep_nesting", initiateWith("", usual, "83017F"),
+                 acceptedWith("800100", granted, "830105")},
+        Proposal{"all_parameters", initiateWith("", usual, "", "810305FFE0"), acceptedWith("800100")},
+        Proposal{"no_parameters", initiateWith("", usual, "", "8103050000"),
+                 acceptedWith("800100", granted, "", "8103050000")},
+        Proposal{"parameters_of_one_octet", initiateWith("", usual, "", "810200FF"), acceptedWith("800100")},
+        Proposal{"parameters_of_no_octet", initiateWith("", usual, "", "810100"),
+                 acceptedWith("800100", granted, "", "8103050000")}),
     [](const auto &one) { return std::string(one.param.what); });
 
 TEST(NegotiationRecord, HoldsTheSizeAndExactlyTheConfiguredServices) {

@@ -1,5 +1,6 @@
 // Measurements from the region into the mirror: scale, time, quality, wiring modes, arrays.
 #include "device/measRefresh.h"
+#include "device/measTables.h"
 #include "tests/support/deviceModel.h"
 #include "tests/support/smallModel.h"
 
@@ -94,36 +95,6 @@ TEST_F(MeasRefresh, AComponentRaisesTheCounterOfWhatEnclosesIt) {
               1);
 }
 
-TEST_F(MeasRefresh, EachWiringModeShowsItsOwnRows) {
-    device.put<f32>(21396, 231); // phase A
-    device.put<f32>(21400, 400); // phase AB
-    device.put<f32>(21404, 5);   // current
-    device.put<u16>(21424, 3001);
-    for (const u16 mode : {u16{0}, u16{2}}) {
-        setWiring(mode);
-        EXPECT_EQ(refreshRt50Cycle(RefreshAll), 1);
-        const CMV &phase = record<WYE>("RT.PhV").phs[PhsA];
-        EXPECT_EQ(phase.cVal.mag, 231);
-        EXPECT_EQ(phase.cVal.ang, 30.01F);
-        expectStamp(phase.q, phase.t, qualityGood, blockTime, "PhV in wye");
-        EXPECT_EQ(record<WYE>("RT.PPV").phs[PhsA].cVal.mag, 400);
-        EXPECT_EQ(record<WYE>("RT.PPV").phs[PhsA].cVal.ang, 0);
-        EXPECT_EQ(record<WYE>("RT.PPVDev").phs[PhsA].q, qualityInvalid);
-    }
-    setWiring(1);
-    heldClockAdvance(3000);
-    EXPECT_EQ(refreshRt50Cycle(RefreshAll), 1);
-    const CMV &phase = record<WYE>("RT.PhV").phs[PhsA];
-    EXPECT_EQ(phase.cVal.mag, 0);
-    EXPECT_EQ(phase.cVal.ang, 0);
-    expectStamp(phase.q, phase.t, qualityInvalid, {utc + 3, 0, 10}, "PhV in delta");
-    EXPECT_EQ(record<WYE>("RT.PPV").phs[PhsA].cVal.ang, 30.01F);
-    expectStamp(record<WYE>("RT.A").phs[PhsA].q, record<WYE>("RT.A").phs[PhsA].t, qualityGood, blockTime,
-                "A");
-    EXPECT_EQ(record<MV>("RT.AvgPhV").q, qualityInvalid);
-    EXPECT_EQ(record<WYE>("RT.PPVDev").phs[PhsA].q, qualityGood);
-}
-
 TEST_F(MeasRefresh, AnInvalidValueIsStampedOnceWhileItsAngleIsClearedEachTime) {
     setWiring(1);
     refreshRt50Cycle(RefreshAll);
@@ -161,21 +132,6 @@ TEST_F(MeasRefresh, ThePassAfterAWiringChangeOnlyInvalidates) {
     EXPECT_EQ(record<WYE>("RT.PPVPst").phs[PhsC].q, qualityInvalid) << "never filled in wye";
     EXPECT_EQ(record<WYE>("RT.PPVDev").phs[PhsA].q, qualityInvalid)
         << "active now, but only a refresh fills it";
-}
-
-TEST_F(MeasRefresh, FlickerHasTheTimesOfItsBlocks) {
-    device.putTime(58624, 600, 1, 2);
-    device.putTime(58652, 700, 3, 4);
-    device.put<f32>(58648, 0.5F);
-    device.put<f32>(58676, 0.25F);
-    EXPECT_EQ(refreshRtPst(RefreshAll), 1);
-    EXPECT_EQ(refreshRtPlt(RefreshAll), 1);
-    const CMV &pst = record<WYE>("RT.PhVPst").phs[PhsC];
-    const CMV &plt = record<WYE>("RT.PhVPlt").phs[PhsC];
-    EXPECT_EQ(pst.cVal.mag, 0.5F);
-    EXPECT_EQ(plt.cVal.mag, 0.25F);
-    expectStamp(pst.q, pst.t, qualityGood, {600, 1, 2}, "Pst");
-    expectStamp(plt.q, plt.t, qualityGood, {700, 3, 4}, "Plt");
 }
 
 TEST_F(MeasRefresh, HarmonicsFillTheArraysThatTheModelShows) {
@@ -217,28 +173,7 @@ TEST_F(MeasRefresh, TheLastInactiveArrayOfARecordClosesIt) {
     EXPECT_EQ(har.updateCount, 3U);
 }
 
-TEST_F(MeasRefresh, DemandFillsThreeSetsAndArraysFromTheSecondHarmonicOn) {
-    device.putTime(16647016, 800, 444, 10);
-    Vector avg[5], max[5];
-    giveArray(record<HWYE>("DMD.avg.HAArr"), PhsB, avg, 5);
-    giveArray(record<HWYE>("DMD.max.HAArr"), PhsB, max, 5);
-    for (u32 set = 0; set < 3; set++) {
-        device.put<f32>(16647392 + 4 * set, static_cast<f32>(50 + set));
-        for (u32 i = 0; i < 3; i++) {
-            device.put<f32>(16647896 + 4 * set + 96 * i, static_cast<f32>(10 * set + i + 2));
-        }
-    }
-    EXPECT_EQ(refreshRtDemand(RefreshAll), 1);
-    EXPECT_EQ(record<MV>("DMD.avg.Hz").mag, 50);
-    EXPECT_EQ(record<MV>("DMD.min.Hz").mag, 51);
-    EXPECT_EQ(record<MV>("DMD.max.Hz").mag, 52);
-    const MV &hz = record<MV>("DMD.min.Hz");
-    expectStamp(hz.q, hz.t, qualityGood, {800, 0, 10}, "the block has no milliseconds");
-    for (u32 i = 0; i < 5; i++) {
-        EXPECT_EQ(avg[i].mag, i < 2 ? 7 : static_cast<f32>(i)) << i;
-        EXPECT_EQ(max[i].mag, i < 2 ? 7 : static_cast<f32>(20 + i)) << i;
-    }
-    EXPECT_EQ(record<WYE>("DMD.min.PPVDev").phs[PhsC].q, qualityInvalid);
+TEST_F(MeasRefresh, DemandLeavesTheFirstTwoElementsOfAnArrayAlone) {
     setWiring(1);
     Vector volt[4];
     giveArray(record<HWYE>("DMD.min.HPhVArr"), PhsA, volt, 4);
@@ -286,39 +221,43 @@ TEST_F(MeasRefresh, EnergyIsInThousandsWhateverTheFileSays) {
     EXPECT_EQ(energy.actVal, 123456);
 }
 
-TEST_F(MeasRefresh, AnExtremeHasTheMomentAtWhichItHappened) {
-    const u32 now21 = 37310888, step[2][2] = {{0, 640}, {1472, 2112}};
-    for (u32 month = 0; month < 2; month++) {
-        for (u32 least = 0; least < 2; least++) {
-            const u32 at = now21 + step[month][least];
-            device.put<f32>(at, static_cast<f32>(100 + 10 * month + least));
-            device.putTime(at + 4, 1000 + 10 * month + least, 5, 10);
+// ------------------------------------------------------------------------------------ the tables
+
+// The only rows of a table whose source is at that octet, in order.
+std::vector<MeasRow> rowsAt(MeasTableId table, u32 offset) {
+    std::vector<MeasRow> out;
+    for (const MeasRow &row : measTable(table)) {
+        if (row.srcOffset == offset) {
+            out.push_back(row);
         }
     }
-    device.put<f32>(37312168 + 1472, 77);
-    device.putTime(37312168 + 1472 + 4, 2000, 6, 10);
-    EXPECT_EQ(refreshStatData(0, RefreshAll), 1);
-    EXPECT_EQ(record<WYE>("MON.rt.last.max.PhV").phs[PhsA].cVal.mag, 0) << "the other month stays";
-    EXPECT_EQ(refreshStatData(1, RefreshAll), 1);
-    const char *names[2][2] = {{"MON.rt.now.max.PhV", "MON.rt.now.min.PhV"},
-                               {"MON.rt.last.max.PhV", "MON.rt.last.min.PhV"}};
-    for (u32 month = 0; month < 2; month++) {
-        for (u32 least = 0; least < 2; least++) {
-            const CMV &phase = record<WYE>(names[month][least]).phs[PhsA];
-            EXPECT_EQ(phase.cVal.mag, static_cast<f32>(100 + 10 * month + least));
-            expectStamp(phase.q, phase.t, qualityGood, {1000 + 10 * month + least, 5, 10},
-                        names[month][least]);
-        }
-    }
-    expectStamp(record<MV>("MON.dmd.last.max.TotW").q, record<MV>("MON.dmd.last.max.TotW").t, qualityGood,
-                {2000, 6, 10}, "demand");
-    for (const u16 mode : {u16{0}, u16{1}, u16{2}, u16{3}}) {
-        setWiring(mode);
-        refreshStatData(0, RefreshAll);
-        for (const char *name : {"MON.rt.now.max.ThdPhV", "MON.rt.now.max.ThdA", "MON.dmd.now.max.A"}) {
-            EXPECT_EQ(record<WYE>(name).phs[PhsNeut].q, qualityInvalid) << name << " in mode " << mode;
-        }
-    }
+    return out;
+}
+
+template <class T> u8 *at(T &field) {
+    return reinterpret_cast<u8 *>(&field);
+}
+
+TEST(MeasTables, TargetsAndEnclosingRecordsFollowFromTheObject) {
+    const MeasRow seq = rowsAt(MeasTableId::harmImBal, 30300)[0];
+    EXPECT_EQ(seq.modelAddr, at(record<SEQ>("RT.seqV").c[2]));
+    EXPECT_EQ(seq.fcdAddr, at(record<SEQ>("RT.seqV")));
+    EXPECT_EQ(seq.fcdType, CdcSEQ);
+
+    const MeasRow array = rowsAt(MeasTableId::harmImBal, 26372)[0];
+    EXPECT_EQ(array.modelAddr, at(record<HWYE>("RT.HAArr").har[PhsNeut]));
+    EXPECT_EQ(array.fcdAddr, at(record<HWYE>("RT.HAArr")));
+    EXPECT_EQ(array.fcdType, CdcHWYE);
+    EXPECT_EQ(rowsAt(MeasTableId::harmImBal, 23320)[1].fcdType, CdcHDEL);
+
+    const MeasRow value = rowsAt(MeasTableId::preDemand, 16654020)[0];
+    EXPECT_EQ(value.modelAddr, at(record<MV>("DMD.pre.Hz")));
+    EXPECT_EQ(value.fcdAddr, nullptr);
+    EXPECT_EQ(value.fcdType, mapInner);
+
+    const MeasRow count = rowsAt(MeasTableId::energy, 16639804 + 72 * 29)[0];
+    EXPECT_EQ(count.modelAddr, at(record<BCR>("ENG.DmdVArhH31")));
+    EXPECT_EQ(count.fcdType, CdcBCR);
 }
 
 // ------------------------------------------------------------------------------- faulty tables

@@ -3,6 +3,7 @@
 #include "tests/support/asnTesting.h"
 #include "tests/support/mmsPdus.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace ied::test {
@@ -161,30 +162,13 @@ enum class ServedAs {
 };
 
 ServedAs servedAs(u32 tag) {
-    switch (tag) {
-    case SvcStatus:
-    case SvcIdentify:
-    case SvcFileRead:
-    case SvcFileClose:
-        return ServedAs::primitive;
-    case SvcGetDomainAttributes: // a string may come in segments
+    constexpr u32 words[] = {0, 2, 73, 74}; // status, identify, fileRead, fileClose
+    constexpr u32 lists[] = {1, 4, 5, 6, 11, 12, 13, 65, 67, 68, 72, 77};
+    const auto isIn = [tag](const auto &tags) { return std::ranges::find(tags, tag) != std::end(tags); };
+    if (tag == 37) { // getDomainAttributes: a string may come in segments
         return ServedAs::either;
-    case SvcGetNameList:
-    case SvcRead:
-    case SvcWrite:
-    case SvcGetVariableAccessAttributes:
-    case SvcDefineNamedVariableList:
-    case SvcGetNamedVariableListAttributes:
-    case SvcDeleteNamedVariableList:
-    case SvcReadJournal:
-    case SvcInitializeJournal:
-    case SvcReportJournalStatus:
-    case SvcFileOpen:
-    case SvcFileDirectory:
-        return ServedAs::constructed;
-    default:
-        return ServedAs::not_;
     }
+    return isIn(words) ? ServedAs::primitive : isIn(lists) ? ServedAs::constructed : ServedAs::not_;
 }
 
 TEST(MmsServices, OneThatIsNotServedKeepsItsNumberAndItsOctets) {

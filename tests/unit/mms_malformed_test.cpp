@@ -60,6 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"write_of_an_unknown_type", requestHex(tlv("A5", tlv("A0", variableHex) + "A002 8B00"))},
         Malformed{"initiate_without_detail", "A806 810105 820105"},
         Malformed{"initiate_with_a_size_of_2_to_32", "A80D 8005 0100000000 810105 820105"},
+        Malformed{"initiate_with_a_size_beyond_31_bits", "A80D 8005 00FFFFFFFF 810105 820105"},
         Malformed{"journal_range_of_nothing", requestHex(tlv("BF41", tlv("A0", nameHex) + "A100"))},
         Malformed{"file_name_of_another_string", requestHex(tlv("BF48", "A003 1A01 61 810100"))},
         Malformed{"universal_tag", requestHex("0500")},

@@ -6,6 +6,7 @@
 #include "proto-process/c/client.h"
 #include "proto-process/c/dataSet.h"
 #include "proto-process/c/services.h"
+#include "tests/support/hex.h"
 #include "tests/support/smallModel.h"
 
 #include <algorithm>
@@ -133,32 +134,13 @@ NamePage namePage(AsnInt objectClass, const char *domain, const std::string &con
 
 TEST_F(MmsServices, NamesAreListedInPreOrderWithArraysAsLeaves) {
     const NamePage page = namePage(0, "Meas");
-    const std::vector<std::string> want = {"MHAI1",
-                                           "MHAI1$MX",
-                                           "MHAI1$MX$TotW",
-                                           "MHAI1$MX$TotW$mag",
-                                           "MHAI1$MX$TotW$mag$f",
-                                           "MHAI1$MX$TotW$q",
-                                           "MHAI1$MX$TotW$t",
-                                           "MHAI1$MX$HPhV",
-                                           "MHAI1$MX$HPhV$phsAHar",
-                                           "MHAI1$MX$HPhV$phsBHar",
-                                           "MHAI1$MX$HPhV$q",
-                                           "MHAI1$MX$HA",
-                                           "MHAI1$MX$HA$phsAHar",
-                                           "MHAI1$MX$HA$phsBHar",
-                                           "MHAI1$CF",
-                                           "MHAI1$CF$TotW",
-                                           "MHAI1$CF$TotW$db",
-                                           "MHAI1$CF$TotW$smpRate",
-                                           "MSTA1",
-                                           "MSTA1$ST",
-                                           "MSTA1$ST$Hst",
-                                           "MSTA1$ST$Hst$hstVal",
-                                           "MSTA1$ST$Hst$q",
-                                           "MSTA1$CF",
-                                           "MSTA1$CF$Hst",
-                                           "MSTA1$CF$Hst$hstRangeC"};
+    const std::vector<std::string> want =
+        parts("MHAI1 MHAI1$MX MHAI1$MX$TotW MHAI1$MX$TotW$mag MHAI1$MX$TotW$mag$f MHAI1$MX$TotW$q "
+              "MHAI1$MX$TotW$t MHAI1$MX$HPhV MHAI1$MX$HPhV$phsAHar MHAI1$MX$HPhV$phsBHar MHAI1$MX$HPhV$q "
+              "MHAI1$MX$HA MHAI1$MX$HA$phsAHar MHAI1$MX$HA$phsBHar MHAI1$CF MHAI1$CF$TotW MHAI1$CF$TotW$db "
+              "MHAI1$CF$TotW$smpRate MSTA1 MSTA1$ST MSTA1$ST$Hst MSTA1$ST$Hst$hstVal MSTA1$ST$Hst$q MSTA1$CF "
+              "MSTA1$CF$Hst MSTA1$CF$Hst$hstRangeC",
+              ' ');
     EXPECT_EQ(page.names, want);
     EXPECT_FALSE(page.moreFollows);
     for (std::size_t i = 0; i < want.size(); ++i) {
@@ -309,28 +291,17 @@ TEST_F(MmsServices, AReadIsHeldToTheSizeOfAPdu) {
 }
 
 TEST_F(MmsServices, TheEstimateCountsTypesStepsAndElements) {
-    const std::pair<const char *, u32> rows[] = {{"Tiny/GGIO1$ST$All$boolean", 3},
-                                                 {"Tiny/GGIO1$ST$All$dbpos", 4},
-                                                 {"Tiny/GGIO1$ST$All$bits5", 4},
-                                                 {"Tiny/GGIO1$ST$All$trgOps", 4},
-                                                 {"Tiny/GGIO1$ST$All$optFlds", 5},
-                                                 {"Tiny/GGIO1$ST$All$quality", 5},
-                                                 {"Tiny/GGIO1$ST$All$int8", 3},
-                                                 {"Tiny/GGIO1$ST$All$int16", 4},
-                                                 {"Tiny/GGIO1$ST$All$int32", 6},
-                                                 {"Tiny/GGIO1$ST$All$int8u", 3},
-                                                 {"Tiny/GGIO1$ST$All$int16u", 4},
-                                                 {"Tiny/GGIO1$ST$All$int32u", 6},
-                                                 {"Tiny/GGIO1$ST$All$float32", 7},
-                                                 {"Tiny/GGIO1$ST$All$octet6", 8},
-                                                 {"Tiny/GGIO1$ST$All$octet8", 10},
-                                                 {"Tiny/GGIO1$ST$All$octet64", 8},
-                                                 {"Tiny/GGIO1$ST$All$visString64", 12},
-                                                 {"Tiny/GGIO1$ST$All$unicode255", 7},
-                                                 {"Tiny/GGIO1$ST$None$octet64", 0},
-                                                 {"Tiny/GGIO1$ST$All$timestamp", 10},
-                                                 {"Tiny/GGIO1$ST$All$entryTime", 8},
-                                                 {"Tiny/GGIO1$ST$All$enumeration", 3},
+    const std::pair<const char *, u32> types[] = {
+        {"boolean", 3},    {"dbpos", 4},        {"bits5", 4},      {"trgOps", 4},     {"optFlds", 5},
+        {"quality", 5},    {"int8", 3},         {"int16", 4},      {"int32", 6},      {"int8u", 3},
+        {"int16u", 4},     {"int32u", 6},       {"float32", 7},    {"octet6", 8},     {"octet8", 10},
+        {"octet64", 8},    {"visString64", 12}, {"unicode255", 7}, {"timestamp", 10}, {"entryTime", 8},
+        {"enumeration", 3}};
+    for (const auto &[leaf, want] : types) {
+        EXPECT_EQ(getNodeReadEncLen(model.node("Tiny/GGIO1$ST$All$" + std::string(leaf)), nullptr), want)
+            << leaf;
+    }
+    const std::pair<const char *, u32> rows[] = {{"Tiny/GGIO1$ST$None$octet64", 0},
                                                  {"Meas/MSTA1$ST$Hst$hstVal", 3},
                                                  {"Tiny/GGIO1$ST$Ind1", 12 + 3 + 5 + 10},
                                                  {"Tiny/GGIO1$ST$Deep", 6 * 4 + 3 + 3 + 4},
@@ -375,9 +346,6 @@ TEST_F(MmsServices, ADataSetIsReadByItsName) {
     EXPECT_TRUE(objectNameCmp(second->variableSpecification->name_, Name("Meas", "MSTA1$ST$Hst")));
     FreeGetNamedVariableListAttributes_Response(&attributes);
     EXPECT_EQ(getVarListAttrProc(unknown, &attributes), 21);
-    u32 matched = 0, deleted = 0;
-    EXPECT_TRUE(deleteDs(name, &matched, &deleted));
-    AsnListFree(static_cast<AsnList *>(model.node("Tiny")->data));
 }
 
 TEST_F(MmsServices, DefinitionsAreRefusedWithTheirCodes) {
@@ -401,9 +369,6 @@ TEST_F(MmsServices, DefinitionsAreRefusedWithTheirCodes) {
     EXPECT_EQ(define(free, {good}), 20);
     externGlbCfg.maxDsNum = 1;
     EXPECT_EQ(define(bad, {unknown}), 20) << "the number of data sets comes first";
-    u32 matched = 0, deleted = 0;
-    EXPECT_TRUE(deleteDs(used, &matched, &deleted));
-    AsnListFree(static_cast<AsnList *>(model.node("Tiny")->data));
 }
 
 std::string writeList(const std::vector<std::string> &references, const std::vector<Data *> &values) {

@@ -71,6 +71,11 @@ std::string withContexts(const std::string &contexts) {
     return tlv("31", "A003800101" + tlv("A2", contexts + data));
 }
 
+// With those fields of the AARQ before its user information.
+std::string withFields(const std::string &fields) {
+    return cpType(aarq(initiateRequest, fields));
+}
+
 const std::string context = "300F 020101 0604 52010001 3004 0602 5101";
 
 class Connect : public testing::TestWithParam<ConnectCase> {};
@@ -91,18 +96,24 @@ INSTANTIATE_TEST_SUITE_P(
         ConnectCase{"one_context", withContexts(tlv("A4", context)), true},
         ConnectCase{"three_contexts", withContexts(tlv("A4", context + context + context)), true},
         ConnectCase{"no_contexts", withContexts(""), true},
+        ConnectCase{"unknown_context",
+                    withContexts(tlv("A4", "300F 020105 0604 29010203 3004 0602 5101" + context)), true},
+        ConnectCase{"context_list_that_leaves_its_parent", withContexts("A47F" + context), false},
         ConnectCase{"members_of_the_set_exchanged",
                     tlv("31", tlv("A2", tlv("61", tlv("30", "020101" + tlv("A0", aarq(initiateRequest))))) +
                                   "A003800101"),
                     true},
-        ConnectCase{"password", cpType(aarq(initiateRequest, "8A020780 8B03520301 AC088006736563726574")),
-                    true},
-        ConnectCase{"authentication_bitstring", cpType(aarq(initiateRequest, "AC04 810205A0")), true},
-        ConnectCase{"authentication_other", cpType(aarq(initiateRequest, "AC0B A309 0603530405 0402 0102")),
-                    true},
-        ConnectCase{"titles",
-                    cpType(aarq(initiateRequest, "A206 0604 29018767 A303 02010C A603 0601 29 A703 02010C")),
-                    true},
+        ConnectCase{"password", withFields("8A020780 8B03520301 AC088006736563726574"), true},
+        ConnectCase{"authentication_bitstring", withFields("AC04 810205A0"), true},
+        ConnectCase{"authentication_other", withFields("AC0B A309 0603530405 0402 0102"), true},
+        ConnectCase{"titles", withFields("A206 0604 29018767 A303 02010C A603 0601 29 A703 02010C"), true},
+        ConnectCase{"title_without_end", withFields("A20A 0608 FFFFFFFFFFFFFFFF"), true},
+        ConnectCase{"title_that_leaves_its_parent", withFields("A204 0608 FFFF"), false},
+        ConnectCase{"qualifier_of_nine_octets", withFields("A30B 0209 000000000000000001"), false},
+        ConnectCase{"password_of_no_octet", withFields("8A020780 8B03520301 AC028000"), true},
+        ConnectCase{"authentication_of_nine_unused_bits", withFields("AC04 810209A0"), false},
+        ConnectCase{"authentication_of_another_kind", withFields("AC04 840205A0"), false},
+        ConnectCase{"authentication_of_nothing", withFields("AC00"), false},
         ConnectCase{"no_user_data", tlv("31", "A003800101" + tlv("A2", tlv("A4", context))), false},
         ConnectCase{"user_data_without_entry", tlv("31", "A003800101 A202 6100"), false},
         ConnectCase{"simply_encoded_user_data", tlv("31", "A003800101 A203 400100"), false},

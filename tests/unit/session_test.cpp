@@ -10,7 +10,7 @@ const char *const connectHead = "0D16 0506130100160102 14020002 33020001 3402000
 
 struct SpduCase {
     const char *what;
-    const char *octets;
+    std::string octets;
     u32 consumed; // 0: refused with 22
     int presentType;
 };
@@ -43,6 +43,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "0D24 0506130100160102 14020002 3310"
                  "00000000000000000000000000000001 34020001 C100",
                  0, 0},
+        SpduCase{"connect_with_called_selector_of_17",
+                 "0D25 0506130100160102 14020002 33020001 3411" + std::string(34, '0') + "C100", 0, 0},
         SpduCase{"connect_whose_length_leaves_the_frame",
                  "0D17 0506130100160102 14020002 33020001 34020001 C100", 0, 0},
         SpduCase{"connect_whose_item_leaves_the_frame",

@@ -231,21 +231,6 @@ int openListener(u16 *port) {
     return fd;
 }
 
-TEST(Listening, OnAPortThatIsTakenEndsTheProcessAndNamesThePort) {
-    GTEST_FLAG_SET(death_test_style, "fast");
-    u16 port = 0;
-    const int fd = openListener(&port);
-    EXPECT_EXIT(
-        {
-            externGlbCfg.tcpPort = port;
-            int second;
-            socketInit(&second);
-        },
-        testing::ExitedWithCode(0),
-        "cannot listen on 127.0.0.1 port " + std::to_string(port) + ": Address already in use");
-    ::close(fd);
-}
-
 TEST(Listening, GivesASilentPeerTheTimeOfTheKeepAliveValues) {
     u16 port = 0;
     const int fd = openListener(&port);
