@@ -1,4 +1,4 @@
-// What runs out: data sets, room for long lists, places, and the host's half-open connections.
+// What runs out: data sets, room for long lists, and the host's half-open connections.
 #include "tests/support/serverFixture.h"
 
 #include <arpa/inet.h>
@@ -190,18 +190,4 @@ TEST_F(Exhaustion, HalfOpenConnectionsKeepNobodyOut) {
     if (readFile("/proc/sys/net/ipv4/tcp_syncookies")[0] != '0') {
         EXPECT_TRUE(servesHonestClient(server->port)) << "during the flood";
     }
-}
-
-TEST_F(Exhaustion, ClientsThatSayNothingFillTheServerUntilTheyLeave) {
-    std::vector<RawClient> silent(16); // as many as there are places
-    for (RawClient &client : silent) {
-        connectTo(client, server->port);
-    }
-    EXPECT_TRUE(waitUntil([&] { return socketCount(server->process.pid) == idleSockets + silent.size(); }));
-    RawClient waiting;
-    connectTo(waiting, server->port);
-    for (std::size_t i = 0; i < silent.size(); ++i) {
-        i % 2 == 0 ? disconnect(silent[i]) : vanish(silent[i]);
-    }
-    EXPECT_TRUE(associateOn(waiting));
 }

@@ -102,12 +102,11 @@ struct NodeList {
 // instantiates, `types` being DOType, DAType and EnumType elements and `dos` the DO of the type.
 inline std::string ggioFile(const std::string &dos, const std::string &types, const std::string &dois,
                             const std::string &inDevice = "", const std::string &inIed = "") {
-    return "<?xml version=\"1.0\"?><SCL><Header id=\"t\"/><IED name=\"Q\">" + inIed +
-           "<AccessPoint name=\"S\"><Server><LDevice inst=\"LD0\">"
-           "<LN0 lnClass=\"LLN0\" inst=\"\" lnType=\"Z\">" +
-           inDevice + "</LN0><LN lnClass=\"GGIO\" inst=\"1\" lnType=\"G\">" + dois +
-           "</LN></LDevice></Server></AccessPoint></IED><DataTypeTemplates>"
-           "<LNodeType id=\"Z\" lnClass=\"LLN0\"></LNodeType><LNodeType id=\"G\" lnClass=\"GGIO\">" +
+    return "<?xml version='1.0'?><SCL><Header id='t'/><IED name='Q'>" + inIed +
+           "<AccessPoint name='S'><Server><LDevice inst='LD0'><LN0 lnClass='LLN0' inst='' lnType='Z'>" +
+           inDevice + "</LN0><LN lnClass='GGIO' inst='1' lnType='G'>" + dois +
+           "</LN></LDevice></Server></AccessPoint></IED><DataTypeTemplates><LNodeType id='Z' "
+           "lnClass='LLN0'></LNodeType><LNodeType id='G' lnClass='GGIO'>" +
            dos + "</LNodeType>" + types + "</DataTypeTemplates></SCL>";
 }
 

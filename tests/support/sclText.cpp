@@ -75,13 +75,13 @@ void appendNode(std::string &out, const GenNode *node, int indent) {
 } // namespace
 
 std::string sclDocument(std::string_view devices, std::string_view templates, std::string_view iedParts) {
-    return "<SCL>\n<IED name=\"I\">" + std::string(iedParts) + "<AccessPoint name=\"S1\"><Server>\n" +
+    return "<SCL>\n<IED name='I'>" + std::string(iedParts) + "<AccessPoint name='S1'><Server>\n" +
            std::string(devices) + "\n</Server></AccessPoint></IED>\n<DataTypeTemplates>\n" +
            std::string(templates) + "\n</DataTypeTemplates></SCL>\n";
 }
 
 std::string sclDevice(std::string_view content, std::string_view inst) {
-    return "<LDevice inst=\"" + std::string(inst) + "\"><LN0 lnClass=\"LLN0\" inst=\"\" lnType=\"T0\">" +
+    return "<LDevice inst='" + std::string(inst) + "'><LN0 lnClass='LLN0' inst='' lnType='T0'>" +
            std::string(content) + "</LN0></LDevice>\n";
 }
 

@@ -258,19 +258,6 @@ TEST_F(DataRefresh, CountersThatNobodyWatchesDoNothing) {
     EXPECT_FALSE(cycle());
 }
 
-TEST_F(DataRefresh, RememberedCountersStartAsTheInstrumentDoes) {
-    RefreshState fresh;
-    refreshStateInit(&fresh);
-    EXPECT_EQ(fresh.lastArmFlag[0], 0U);
-    EXPECT_EQ(fresh.lastArmFlag[1], 0U);
-    EXPECT_EQ(fresh.lastArmFlag[2], 1U);
-    EXPECT_EQ(fresh.lastArmFlag[93], 1U);
-    EXPECT_EQ(fresh.lastDspFlag[17], 1U);
-    EXPECT_EQ(fresh.lastDspFlag[18], 1U);
-    EXPECT_EQ(fresh.lastDspFlag[1], 0U);
-    EXPECT_EQ(fresh.lastDspFlag[19], 0U);
-}
-
 TEST_F(DataRefresh, SeveralChangesOfAKindAreHandedOverTogether) {
     raise(arm(41));
     raise(arm(60));

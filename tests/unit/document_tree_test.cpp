@@ -46,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(DocumentTree, ElementText,
 
 TEST(DocumentTree, KeepsNamesAttributesOrderDepthAndLines) {
     SclSession session;
-    session.parseText("<SCL>\n <a/>\n <eorv:GooseRx max=\"8\" uniqueAddr=\"\"/>\n <b><c/></b></SCL>");
+    session.parseText("<SCL>\n <a/>\n <eorv:GooseRx max='8' uniqueAddr=''/>\n <b><c/></b></SCL>");
     EXPECT_STREQ(treeRoot->el, "SCL");
     const tree_node *a = treeRoot->child;
     EXPECT_EQ(a->attr, nullptr) << "no attribute is no array";
@@ -70,8 +70,7 @@ TEST(DocumentTree, WhatIsNestedDeeperThan64ElementsIsLeftOutWithAMessageEach) {
     for (int depth = 1; depth < 63; ++depth) {
         file += "<x>";
     }
-    file +=
-        "<kept>own\n<deep a=\"1\">in<deeper><deepest/></deeper></deep>\n<other/></kept><kept2>text</kept2>";
+    file += "<kept>own\n<deep a='1'>in<deeper><deepest/></deeper></deep>\n<other/></kept><kept2>text</kept2>";
     for (int depth = 62; depth > 0; --depth) {
         file += "</x>";
     }
@@ -186,11 +185,10 @@ TEST(DocumentTreeDeath, AFaultEndsTheProcessWithItsLineWhateverTheLogsDestinatio
             session.parseText("<SCL>\n" + std::string(10000, ' ') + "</SCL>");
         },
         ended, "Parse error at line 2:\r\nInput/output error\r\n.*" + where + "the file cannot be read");
-    std::string bomb = "<!DOCTYPE SCL [<!ENTITY e0 \"ha\">";
+    std::string bomb = "<!DOCTYPE SCL [<!ENTITY e0 'ha'>";
     for (int i = 1; i < 20; ++i) {
         bomb += "<!ENTITY e" + std::to_string(i) + " \"&e" + std::to_string(i - 1) + ";&e" +
-                std::to_string(i - 1) + ";&e" + std::to_string(i - 1) + ";&e" + std::to_string(i - 1) +
-                ";\">";
+                std::to_string(i - 1) + ";&e" + std::to_string(i - 1) + ";&e" + std::to_string(i - 1) + ";'>";
     }
     EXPECT_EXIT(session.parseText(bomb + "]><SCL>&e19;</SCL>"), ended,
                 "Parse error at line 1:\r\n.*amplification");
@@ -230,9 +228,9 @@ template <class Run> bool endsOrderly(Run run) {
 
 TEST(DocumentTreeDeath, AFileCutAtAnyOctetAndFilesOfHugePartsAreAModelOrAnEnd) {
     const std::string whole =
-        sclDocument(sclDevice("<DOI name=\"Mod\"><DAI name=\"stVal\"><Val>&#49;</Val></DAI></DOI>"),
-                    "<LNodeType id=\"T0\" lnClass=\"LLN0\"><DO name=\"Mod\" type=\"M\"/></LNodeType>"
-                    "<DOType id=\"M\" cdc=\"INC\"><DA name=\"stVal\" fc=\"ST\" bType=\"INT32\"/></DOType>");
+        sclDocument(sclDevice("<DOI name='Mod'><DAI name='stVal'><Val>&#49;</Val></DAI></DOI>"),
+                    "<LNodeType id='T0' lnClass='LLN0'><DO name='Mod' type='M'/></LNodeType><DOType id='M' "
+                    "cdc='INC'><DA name='stVal' fc='ST' bType='INT32'/></DOType>");
     std::size_t cut = 0;
     for (; cut <= whole.size(); cut += cut < 40 ? 1 : 5) {
         ASSERT_TRUE(endsOrderly([&] { SclSession().build(whole.substr(0, cut)); })) << cut;
@@ -243,10 +241,10 @@ TEST(DocumentTreeDeath, AFileCutAtAnyOctetAndFilesOfHugePartsAreAModelOrAnEnd) {
         lines += "line\n";
     }
     const std::string files[] = {
-        sclDocument(sclDevice("<DOI name=\"" + huge + "\"/>", huge), ""),
-        sclDocument(sclDevice("<DOI name=\"a\"><DAI name=\"b\"><Val>" + lines + "</Val></DAI></DOI>"), ""),
+        sclDocument(sclDevice("<DOI name='" + huge + "'/>", huge), ""),
+        sclDocument(sclDevice("<DOI name='a'><DAI name='b'><Val>" + lines + "</Val></DAI></DOI>"), ""),
         "<" + huge + "/>",
-        "<!DOCTYPE SCL SYSTEM \"file:///etc/passwd\" [<!ENTITY x SYSTEM \"/etc/passwd\">]><SCL>&x;</SCL>",
+        "<!DOCTYPE SCL SYSTEM 'file:///etc/passwd' [<!ENTITY x SYSTEM '/etc/passwd'>]><SCL>&x;</SCL>",
     };
     for (const std::string &file : files) {
         EXPECT_TRUE(endsOrderly([&] { SclSession().build(file, 0x800000); })) << file.substr(0, 60);

@@ -47,20 +47,17 @@ std::string devices() {
     return out;
 }
 
-const std::string types =
-    "<LNodeType id=\"T0\"><DO name=\"Beh\" type=\"D\"/></LNodeType>"
-    "<DOType id=\"D\" cdc=\"ENS\"><DA name=\"stVal\" fc=\"ST\" bType=\"INT8\"><Val>1</Val></DA></DOType>";
+const std::string types = "<LNodeType id='T0'><DO name='Beh' type='D'/></LNodeType><DOType id='D' "
+                          "cdc='ENS'><DA name='stVal' fc='ST' bType='INT8'><Val>1</Val></DA></DOType>";
 
 TEST(ModelConfig, DataSetMembersAreReferencesWithDollars) {
     SclSession session;
-    session.build(sclDocument("<LDevice inst=\"L\"><LN prefix=\"p\" lnClass=\"MMXU\" inst=\"1\" "
-                              "lnType=\"T0\"><DataSet name=\"last\"/></LN>"
-                              "<LN0 lnClass=\"LLN0\" lnType=\"T0\"><DataSet name=\"ds\">"
-                              "<FCDA ldInst=\"L\" prefix=\"p\" lnClass=\"MMXU\" lnInst=\"1\" "
-                              "doName=\"A.phsA\" daName=\"cVal.mag\" fc=\"MX\"/>"
-                              "<FCDA ldInst=\"X\" lnClass=\"GGIO\" lnInst=\"2\" doName=\"Ind\" daName=\"\" "
-                              "fc=\"xx\"/></DataSet></LN0></LDevice>",
-                              types));
+    session.build(sclDocument(
+        "<LDevice inst='L'><LN prefix='p' lnClass='MMXU' inst='1' lnType='T0'><DataSet "
+        "name='last'/></LN><LN0 lnClass='LLN0' lnType='T0'><DataSet name='ds'><FCDA ldInst='L' prefix='p' "
+        "lnClass='MMXU' lnInst='1' doName='A.phsA' daName='cVal.mag' fc='MX'/><FCDA ldInst='X' "
+        "lnClass='GGIO' lnInst='2' doName='Ind' daName='' fc='xx'/></DataSet></LN0></LDevice>",
+        types));
     EXPECT_EQ(dataSets(), "IL LLN0$ds: IL/pMMXU1$MX$A$phsA$cVal$mag IX/GGIO2$xx$Ind\n"
                           "IL pMMXU1$last:\n");
 }
@@ -69,19 +66,14 @@ TEST(ModelConfig, ReportsHaveAnEntryAnInstanceUnderTheNameOfItsNode) {
     SclSession session;
     const std::string longName(30, 'r'), tooLong(31, 't');
     session.build(sclDocument(
-        sclDevice("<ReportControl name=\"a\" rptID=\"id\" datSet=\"ds\" bufTime=\"500\" "
-                  "intgPd=\"99999999999\" confRev=\"7\" buffered=\"true\">"
-                  "<TrgOps dchg=\"true\" qchg=\"false\" dupd=\"true\" gi=\"true\"/>"
-                  "<OptFields seqNum=\"true\" reasonCode=\"true\" dataRef=\"true\" entryID=\"true\" "
-                  "segmentation=\"true\"/>"
-                  "<RptEnabled max=\"2\"/></ReportControl>"
-                  "<ReportControl name=\"b\" rptID=\"\" datSet=\"\"><RptEnabled max=\"1\"/></ReportControl>"
-                  "<ReportControl name=\"none\"><RptEnabled max=\"-1\"/></ReportControl>"
-                  "<ReportControl name=\"" +
-                  longName +
-                  "\" rptID=\"x\"><RptEnabled max=\"2\"/></ReportControl>"
-                  "<ReportControl name=\"" +
-                  tooLong + "\"/>"),
+        sclDevice("<ReportControl name='a' rptID='id' datSet='ds' bufTime='500' intgPd='99999999999' "
+                  "confRev='7' buffered='true'><TrgOps dchg='true' qchg='false' dupd='true' "
+                  "gi='true'/><OptFields seqNum='true' reasonCode='true' dataRef='true' entryID='true' "
+                  "segmentation='true'/><RptEnabled max='2'/></ReportControl><ReportControl name='b' "
+                  "rptID='' datSet=''><RptEnabled max='1'/></ReportControl><ReportControl "
+                  "name='none'><RptEnabled max='-1'/></ReportControl><ReportControl name='" +
+                  longName + "' rptID='x'><RptEnabled max='2'/></ReportControl><ReportControl name='" +
+                  tooLong + "'/>"),
         types));
     EXPECT_EQ(reports(),
               "IL/LLN0$BR$a01 id01 IL/LLN0$ds\nIL/LLN0$BR$a02 id02 IL/LLN0$ds\nIL/LLN0$RP$b (null) (null)\n"
@@ -105,9 +97,9 @@ TEST(ModelConfig, ReportsHaveAnEntryAnInstanceUnderTheNameOfItsNode) {
 TEST(ModelConfig, LogsKeepTheirNameAndTriggers) {
     SclSession session;
     session.build(sclDocument(
-        sclDevice("<LogControl name=\"l\" datSet=\"ds\" intgPd=\"60000\" logName=\"LOG\" logEna=\"true\" "
-                  "reasonCode=\"true\">"
-                  "<TrgOps qchg=\"true\" period=\"true\"/></LogControl><LogControl name=\"bare\"/>"),
+        sclDevice(
+            "<LogControl name='l' datSet='ds' intgPd='60000' logName='LOG' logEna='true' "
+            "reasonCode='true'><TrgOps qchg='true' period='true'/></LogControl><LogControl name='bare'/>"),
         types));
     EXPECT_EQ(logs(), "IL/LLN0$LG$l IL/LLN0$ds LOG\nIL/LLN0$LG$bare IL/LLN0$ (null)\n");
     const LCBCfg &log = *records<&LCBCfg::link>(LCBHead).begin();
@@ -122,15 +114,12 @@ TEST(ModelConfig, LogsKeepTheirNameAndTriggers) {
 
 std::string twoDevices() {
     return sclDocument(
-        sclDevice(
-            "<DataSet name=\"ds\"><FCDA ldInst=\"b\" lnClass=\"LLN0\" doName=\"Beh\" fc=\"ST\"/></DataSet>"
-            "<DOI name=\"Beh\"><DAI name=\"stVal\" sAddr=\"MICS.Beh\"/></DOI>"
-            "<ReportControl name=\"r\" rptID=\"b/r\" datSet=\"ds\"/><ReportControl name=\"s\" "
-            "rptID=\"plain\"/>"
-            "<LogControl name=\"l\" datSet=\"ds\" logName=\"b\"/><GSEControl name=\"g\"/><SettingControl "
-            "numOfSGs=\"1\"/>",
-            "b") +
-            sclDevice("<DataSet name=\"other\"/><ReportControl name=\"o\"/><LogControl name=\"p\"/>", "bb"),
+        sclDevice("<DataSet name='ds'><FCDA ldInst='b' lnClass='LLN0' doName='Beh' fc='ST'/></DataSet><DOI "
+                  "name='Beh'><DAI name='stVal' sAddr='MICS.Beh'/></DOI><ReportControl name='r' rptID='b/r' "
+                  "datSet='ds'/><ReportControl name='s' rptID='plain'/><LogControl name='l' datSet='ds' "
+                  "logName='b'/><GSEControl name='g'/><SettingControl numOfSGs='1'/>",
+                  "b") +
+            sclDevice("<DataSet name='other'/><ReportControl name='o'/><LogControl name='p'/>", "bb"),
         types);
 }
 

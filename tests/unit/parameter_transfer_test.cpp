@@ -289,18 +289,17 @@ class SettingEdit : public ParameterTransfer {
   protected:
     static void SetUpTestSuite() {
         const auto settingType = [](const char *id, const char *fcs) {
-            std::string text = std::string("<DOType id=\"") + id + "\" cdc=\"ING\">";
+            std::string text = std::string("<DOType id='") + id + "' cdc='ING'>";
             for (const char *fc = fcs; *fc != '\0'; fc += 2) {
-                text += "<DA name=\"setVal\" bType=\"INT32\" fc=\"" + std::string(fc, 2) + "\"/>";
+                text += "<DA name='setVal' bType='INT32' fc='" + std::string(fc, 2) + "'/>";
             }
             return text + "</DOType>";
         };
         const auto instance = [](const char *name, const char *sAddr) {
-            return std::string("<DOI name=\"") + name + "\"><DAI name=\"setVal\" sAddr=\"" + sAddr +
-                   "\"/></DOI>";
+            return std::string("<DOI name='") + name + "'><DAI name='setVal' sAddr='" + sAddr + "'/></DOI>";
         };
-        const TextFile file(ggioFile("<DO name=\"Mod\" type=\"edited\"/><DO name=\"Vol\" type=\"edited\"/>"
-                                     "<DO name=\"Lost\" type=\"edited\"/><DO name=\"Plain\" type=\"plain\"/>",
+        const TextFile file(ggioFile("<DO name='Mod' type='edited'/><DO name='Vol' type='edited'/><DO "
+                                     "name='Lost' type='edited'/><DO name='Plain' type='plain'/>",
                                      settingType("edited", "SGSE") + settingType("plain", "SP"),
                                      instance("Mod", "SET.sys.TVMod") + instance("Vol", "SET.sys.RtgVolt") +
                                          instance("Lost", "SET.EngBill.LogIntv") +

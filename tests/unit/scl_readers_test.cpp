@@ -36,13 +36,13 @@ struct MessageCase {
 };
 
 std::string inDevice(const char *content) {
-    return sclDocument("<LDevice inst=\"L\">" + std::string(content) + "</LDevice>", "");
+    return sclDocument("<LDevice inst='L'>" + std::string(content) + "</LDevice>", "");
 }
 std::string inLN0(const char *content) {
     return sclDocument(sclDevice(content), "");
 }
 std::string inLN(const char *content) {
-    return inDevice(("<LN lnClass=\"GGIO\">" + std::string(content) + "</LN>").c_str());
+    return inDevice(("<LN lnClass='GGIO'>" + std::string(content) + "</LN>").c_str());
 }
 std::string inIed(const char *content) {
     return sclDocument("", "", content);
@@ -64,75 +64,71 @@ TEST_P(ReaderMessage, IsWrittenAndTheWalkGoesOn) {
 }
 
 const MessageCase messages[] = {
-    {"section", "<SCL><Header/><x/><Private type=\"a\">t</Private><Private/></SCL>",
+    {"section", "<SCL><Header/><x/><Private type='a'>t</Private><Private/></SCL>",
      "getICD : Unknown el : x\ngetICD : We ignore type = a t \n\n"},
-    {"header",
-     "<SCL><Header id=\"h\" a=\"\" b=\"\"><y/><History u=\"\"><z/><Hitem c=\"\"/></History></Header></SCL>",
+    {"header", "<SCL><Header id='h' a='' b=''><y/><History u=''><z/><Hitem c=''/></History></Header></SCL>",
      "getInfoHead : Unknown attr[2] : a\ngetInfoHead : Unknown attr[4] : b\ngetInfoHead : Unknown attr[0] : "
      "c\n"},
-    {"ied", inIed("<x/><Private/><Private type=\"other\"/>"),
+    {"ied", inIed("<x/><Private/><Private type='other'/>"),
      "getIED : Unknown el : x\ngetPrivate : We ignore type = other \n"},
     {"services",
-     inIed(
-         "<Services><SGEdit q=\"\"><x/></SGEdit><GOOSE max=\"1\" q=\"\"/><x/><Private p=\"1\"/></Services>"),
+     inIed("<Services><SGEdit q=''><x/></SGEdit><GOOSE max='1' q=''/><x/><Private p='1'/></Services>"),
      "getServices : Unknown attr[2] : q\ngetServices : Unknown el : x\ngetServices : We ignore p = 1 \n"},
     {"accessPoint",
-     "<SCL><IED><AccessPoint q=\"\"><Private/><Server><LDevice/></Server></AccessPoint></IED></SCL>",
+     "<SCL><IED><AccessPoint q=''><Private/><Server><LDevice/></Server></AccessPoint></IED></SCL>",
      "getAP : Unknown attr[0] : q\ngetAP : Unknown el : Private\n"},
-    {"server", sclDocument("<x/><Private/><Association kind=\"k\" z=\"\"/><Authentication y=\"\"/>", ""),
+    {"server", sclDocument("<x/><Private/><Association kind='k' z=''/><Authentication y=''/>", ""),
      "getAP : Unknown el : x\n\ngetAP : Unknown attr[2] : z\ngetAP : Unknown attr[0] : y\n"},
-    {"device", inDevice("<Private type=\"x\">t</Private><Private>u</Private><DOI/>"),
+    {"device", inDevice("<Private type='x'>t</Private><Private>u</Private><DOI/>"),
      "getLDeviceList : We ignore type = x t \nu \ngetLDeviceList : Unknown el : DOI\n"},
-    {"ln", inLN("<GSEControl/><SampledValueControl/><SettingControl/><Private a=\"b\"/>"),
+    {"ln", inLN("<GSEControl/><SampledValueControl/><SettingControl/><Private a='b'/>"),
      "getLDeviceList : Unknown el : GSEControl\ngetLDeviceList : Unknown el : SampledValueControl\n"
      "getLDeviceList : Unknown el : SettingControl\ngetLDeviceList : We ignore a = b \n"},
-    {"ln0", sclDocument("<LDevice><LN0 prefix=\"p\"><x/></LN0></LDevice>", ""),
+    {"ln0", sclDocument("<LDevice><LN0 prefix='p'><x/></LN0></LDevice>", ""),
      "getLDeviceList : Unknown attr[0] : prefix\ngetLDeviceList : Unknown el : x\n"},
-    {"dataSet", inLN0("<DataSet a=\"\"><FCDA ix=\"\"/><Private/><x/></DataSet>"),
+    {"dataSet", inLN0("<DataSet a=''><FCDA ix=''/><Private/><x/></DataSet>"),
      "getDataSet : Unknown attr[0] : a\ngetDataSet : Unknown attr[0] : ix\n\ngetDataSet : Unknown el : x\n"},
     {"report",
-     inLN0("<ReportControl a=\"\"><TrgOps b=\"\"/><OptFields c=\"\"/><RptEnabled d=\"\"><e/></RptEnabled><x/>"
-           "</ReportControl>"),
+     inLN0("<ReportControl a=''><TrgOps b=''/><OptFields c=''/><RptEnabled "
+           "d=''><e/></RptEnabled><x/></ReportControl>"),
      "getReportControl : Unknown attr[0] : a\ngetReportControl : Unknown attr[0] : b\n"
      "getReportControl : Unknown attr[0] : c\ngetReportControl : Unknown attr[0] : d\n"
      "getReportControl : Unknown el : x\n"},
     {"log",
-     inLN0("<LogControl><TrgOps gi=\"true\"/><x/></LogControl><LogControl><Private/><TrgOps/></LogControl>"),
+     inLN0("<LogControl><TrgOps gi='true'/><x/></LogControl><LogControl><Private/><TrgOps/></LogControl>"),
      "getLogContrl : Unknown attr[0] : gi\ngetLogContrl : Unknown el : Private\n"},
-    {"inputs", inLN0("<Inputs z=\"\"><Private/><ExtRef/></Inputs>"),
+    {"inputs", inLN0("<Inputs z=''><Private/><ExtRef/></Inputs>"),
      "getInputs : Unknown attr[0] : z\ngetInputs : Unknown el : Private\n"},
-    {"instances", inLN0("<DOI a=\"\"><SDI b=\"\"><x/><Private/></SDI><DAI c=\"\"><y/></DAI><z/></DOI>"),
+    {"instances", inLN0("<DOI a=''><SDI b=''><x/><Private/></SDI><DAI c=''><y/></DAI><z/></DOI>"),
      "getDOI : Unknown attr[0] : a\ngetSDI : Unknown attr[0] : b\ngetSDI : Unknown el : x\n\n"
      "getDAI : Unknown attr[0] : c\ngetDOI : Unknown el : z\n"},
-    {"templates", inTypes("<x/><Private/><LNodeType a=\"\"/><DOType desc=\"\"/><DAType desc=\"\"/>"),
+    {"templates", inTypes("<x/><Private/><LNodeType a=''/><DOType desc=''/><DAType desc=''/>"),
      "getTemplateList : Unknown el : x\n\ngetLNodeType : Unknown attr[0] : a\n"
      "getDOType : Unknown attr[0] : desc\ngetDAType : Unknown attr[0] : desc\n"},
-    {"enumeration", inTypes("<EnumType z=\"\"><EnumVal y=\"\"/><Private a=\"b\">t</Private></EnumType>"),
+    {"enumeration", inTypes("<EnumType z=''><EnumVal y=''/><Private a='b'>t</Private></EnumType>"),
      "getEnumType : Unknown attr[0] : z\r\ngetEnumType : Unknown attr[0] : y\r\ngetEnumType : We ignore a = "
      "b t \n"},
     {"incompleteTypes",
-     inTypes(
-         "<LNodeType><Private a=\"b\"/><DO name=\"Mod\"/></LNodeType><DOType><DA name=\"q\" x=\"\"/></DOType>"
-         "<DAType><BDA name=\"f\"/></DAType>"),
+     inTypes("<LNodeType><Private a='b'/><DO name='Mod'/></LNodeType><DOType><DA name='q' "
+             "x=''/></DOType><DAType><BDA name='f'/></DAType>"),
      "getLNodeType : We ignore a = b \ngetLNodeType : We ignore DO without type : Mod (line 6)\n"
      "getDOType : We ignore DA without bType : q (line 6)\ngetDAType : We ignore BDA without bType : f (line "
      "6)\n"},
-    {"subNetwork", inComm("<x/><ConnectedAP><y/><Private a=\"b\"/><GSE><z/></GSE></ConnectedAP>"),
+    {"subNetwork", inComm("<x/><ConnectedAP><y/><Private a='b'/><GSE><z/></GSE></ConnectedAP>"),
      "getCommList : Unknown el : y\ngetCommList : We ignore a = b \n"},
     {"addresses",
-     inComm(
-         "<ConnectedAP><Address><P type=\"IPX\"/></Address><PhysConn type=\"c\"><P type=\"plug\"/></PhysConn>"
-         "<SMV><Address><P type=\"IP\"/></Address></SMV></ConnectedAP>"),
+     inComm("<ConnectedAP><Address><P type='IPX'/></Address><PhysConn type='c'><P "
+            "type='plug'/></PhysConn><SMV><Address><P type='IP'/></Address></SMV></ConnectedAP>"),
      "getCommList : Unknown attr[1] : IPX\ngetCommList : Unknown attr[1] : plug\ngetCommList : Unknown "
      "attr[1] : IP\n"},
     {"doubleSections",
-     inIed("<Private type=\"ORV_LocalConf\"/><Private type=\"ORV_LocalConf\"/>"
-           "<Private type=\"ORV_IniConf\"/><Private type=\"ORV_IniConf\"/>"),
+     inIed("<Private type='ORV_LocalConf'/><Private type='ORV_LocalConf'/><Private "
+           "type='ORV_IniConf'/><Private type='ORV_IniConf'/>"),
      "getPrivate : Double occure : ORV_LocalConf, ignore!\ngetPrivate : Double occure : ORV_IniConf, "
      "ignore!\n"},
     {"privates",
-     inIed("<Private type=\"ORV_IedResources\"><eorv:GooseRx q=\"\"/><x/></Private>"
-           "<Private type=\"ORV_GooseSubscription\"><s z=\"\"><y/></s></Private>"),
+     inIed("<Private type='ORV_IedResources'><eorv:GooseRx q=''/><x/></Private><Private "
+           "type='ORV_GooseSubscription'><s z=''><y/></s></Private>"),
      "getIedResources : Unknown attr[0] : q\ngetIedResources : Unknown el : x\n"
      "getGooseSubscription : Unknown attr[0] : z\ngetGooseSubscription : Unknown el : y\n"},
 };
@@ -143,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(SclReaders, ReaderMessage, testing::ValuesIn(messages),
 TEST(SclReaders, AnUnknownChildOfADOTypeIsNamedOnTheErrorStreamAndTheNextOnesAreRead) {
     SclSession session;
     testing::internal::CaptureStderr();
-    session.read(inTypes("<DOType><Private/><DA bType=\"INT8\"/></DOType>"));
+    session.read(inTypes("<DOType><Private/><DA bType='INT8'/></DOType>"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "getDOType : Unkown type!\r\n");
     EXPECT_EQ(count<&scl::DA::link>(first<&scl::DOType::link>(DOTypeHead).das), 1);
 }
@@ -151,12 +147,12 @@ TEST(SclReaders, AnUnknownChildOfADOTypeIsNamedOnTheErrorStreamAndTheNextOnesAre
 // -------------------------------------------------------------------------------- what is kept
 
 TEST(SclReaders, SectionsMayComeInAnyOrderAndBeAbsent) {
-    const std::string comm = "<Communication><SubNetwork name=\"n\"/></Communication>";
+    const std::string comm = "<Communication><SubNetwork name='n'/></Communication>";
     const std::string header =
-        "<Header id=\"h\"><History><Hitem who=\"me\"/><Hitem who=\"you\"/></History></Header>";
-    const std::string ied =
-        "<IED name=\"I\" type=\"t\"><AccessPoint router=\"r\"><Server timeout=\"30\"><LDevice inst=\"1\"/>"
-        "</Server></AccessPoint><AccessPoint><Server><LDevice inst=\"2\"/></Server></AccessPoint></IED>";
+        "<Header id='h'><History><Hitem who='me'/><Hitem who='you'/></History></Header>";
+    const std::string ied = "<IED name='I' type='t'><AccessPoint router='r'><Server timeout='30'><LDevice "
+                            "inst='1'/></Server></AccessPoint><AccessPoint><Server><LDevice "
+                            "inst='2'/></Server></AccessPoint></IED>";
     for (const std::string &file : {comm + header + ied, ied + comm + header}) {
         SclSession session;
         session.read("<SCL>" + file + "</SCL>");
@@ -177,7 +173,7 @@ TEST(SclReaders, SectionsMayComeInAnyOrderAndBeAbsent) {
 
 TEST(SclReaders, AnEmptyAuthenticationMeansNone) {
     for (const auto &[attributes, want] :
-         {std::pair{"", "true"}, {"none=\"false\"", "false"}, {"weak=\"true\"", "(null)"}}) {
+         {std::pair{"", "true"}, {"none='false'", "false"}, {"weak='true'", "(null)"}}) {
         SclSession session;
         session.read(sclDocument("<Authentication " + std::string(attributes) + "/>", ""));
         EXPECT_EQ(shown(IED.accessPoint.none), want);
@@ -186,9 +182,8 @@ TEST(SclReaders, AnEmptyAuthenticationMeansNone) {
 
 TEST(SclReaders, ServicesAreThoseOfDirectChildren) {
     SclSession session;
-    session.read(
-        inIed("<Services><SettingGroups><SGEdit/></SettingGroups><ConfDataSet/><ConfReportControl max=\"5\"/>"
-              "<ReportSettings bufTime=\"Dyn\"/><FileHandling/></Services>"));
+    session.read(inIed("<Services><SettingGroups><SGEdit/></SettingGroups><ConfDataSet/><ConfReportControl "
+                       "max='5'/><ReportSettings bufTime='Dyn'/><FileHandling/></Services>"));
     const scl::Services &services = IED.services;
     EXPECT_EQ(services.SettingGroups, 1);
     EXPECT_EQ(services.SGEdit, 0);
@@ -203,16 +198,13 @@ TEST(SclReaders, ServicesAreThoseOfDirectChildren) {
 TEST(SclReaders, ALogicalDeviceKeepsItsPartsInDocumentOrder) {
     SclSession session;
     session.read(
-        sclDocument("<LDevice inst=\"L\"><Private type=\"iedName\">X</Private><LN lnClass=\"A\" "
-                    "prefix=\"p\"/><LN lnClass=\"B\"/>"
-                    "<LN0 lnClass=\"LLN0\"><GSEControl name=\"g\" appID=\"1\"/><SettingControl "
-                    "numOfSGs=\"2\"/><SettingControl actSG=\"1\"/>"
-                    "<SampledValueControl name=\"s\"><any refreshTime=\"true\"/></SampledValueControl>"
-                    "<ReportControl name=\"r\"/><ReportControl name=\"q\"><TrgOps dchg=\"true\"/><OptFields "
-                    "entryID=\"true\"/>"
-                    "<RptEnabled max=\"3\"/></ReportControl><LogControl name=\"l\"><Private/><TrgOps "
-                    "dchg=\"true\"/></LogControl>"
-                    "<Inputs><ExtRef daName=\"x\"/></Inputs></LN0></LDevice>",
+        sclDocument("<LDevice inst='L'><Private type='iedName'>X</Private><LN lnClass='A' prefix='p'/><LN "
+                    "lnClass='B'/><LN0 lnClass='LLN0'><GSEControl name='g' appID='1'/><SettingControl "
+                    "numOfSGs='2'/><SettingControl actSG='1'/><SampledValueControl name='s'><any "
+                    "refreshTime='true'/></SampledValueControl><ReportControl name='r'/><ReportControl "
+                    "name='q'><TrgOps dchg='true'/><OptFields entryID='true'/><RptEnabled "
+                    "max='3'/></ReportControl><LogControl name='l'><Private/><TrgOps "
+                    "dchg='true'/></LogControl><Inputs><ExtRef daName='x'/></Inputs></LN0></LDevice>",
                     ""));
     scl::LDevice &device = firstDevice();
     EXPECT_STREQ(device.iedName, "X");
@@ -237,9 +229,9 @@ TEST(SclReaders, ALogicalDeviceKeepsItsPartsInDocumentOrder) {
 
 TEST(SclReaders, InstancesKeepTheirNestingAndTheFirstVal) {
     SclSession session;
-    session.read(inLN0("<DOI name=\"PhV\"><SDI name=\"phsA\"><SDI name=\"cVal\"><DAI "
-                       "name=\"f\"><Val>1</Val><Val>2</Val></DAI></SDI>"
-                       "<DAI name=\"q\"><Private/><Val>3</Val></DAI></SDI></DOI>"));
+    session.read(inLN0("<DOI name='PhV'><SDI name='phsA'><SDI name='cVal'><DAI "
+                       "name='f'><Val>1</Val><Val>2</Val></DAI></SDI><DAI "
+                       "name='q'><Private/><Val>3</Val></DAI></SDI></DOI>"));
     const scl::Instances &doi = first<&scl::DOI::link>(firstDevice().LN0.dois).below;
     const scl::Instances &phsA = first<&scl::SDI::link>(doi.sdi).below;
     EXPECT_TRUE(listEmpty(&doi.dai));
@@ -249,10 +241,9 @@ TEST(SclReaders, InstancesKeepTheirNestingAndTheFirstVal) {
 
 TEST(SclReaders, TypesKeepSdosAndDasApartAndDoubleIds) {
     SclSession session;
-    session.read(inTypes("<DOType id=\"d\" cdc=\"WYE\"><DA name=\"a\" bType=\"INT8\"><Val>7</Val></DA><SDO "
-                         "name=\"s\" type=\"t\"/>"
-                         "<DA name=\"b\" bType=\"INT8\"/></DOType><EnumType id=\"e\"/><EnumType "
-                         "id=\"e\"><EnumVal ord=\"1\"/></EnumType>"));
+    session.read(inTypes(
+        "<DOType id='d' cdc='WYE'><DA name='a' bType='INT8'><Val>7</Val></DA><SDO name='s' type='t'/><DA "
+        "name='b' bType='INT8'/></DOType><EnumType id='e'/><EnumType id='e'><EnumVal ord='1'/></EnumType>"));
     const scl::DOType &type = first<&scl::DOType::link>(DOTypeHead);
     EXPECT_EQ(count<&scl::SDO::link>(type.sdos), 1);
     EXPECT_EQ(count<&scl::DA::link>(type.das), 2);
@@ -262,13 +253,12 @@ TEST(SclReaders, TypesKeepSdosAndDasApartAndDoubleIds) {
 
 TEST(SclReaders, CommunicationIsKept) {
     SclSession session;
-    session.read(inComm(
-        "<Text>t</Text><BitRate>10</BitRate><ConnectedAP iedName=\"I\"><Address><P type=\"IP\">1.2.3.4</P>"
-        "<P type=\"OSI-AE-Invoke\">9</P></Address><PhysConn type=\"Connection\"><P "
-        "type=\"Plug\">RJ45</P></PhysConn>"
-        "<SMV ldInst=\"s\"><x/><Address><P type=\"APPID\">1</P></Address></SMV><GSE cbName=\"g\"><MinTime "
-        "unit=\"s\" "
-        "multiplier=\"m\">4</MinTime><Address><P type=\"VLAN-ID\">5</P></Address></GSE></ConnectedAP>"));
+    session.read(
+        inComm("<Text>t</Text><BitRate>10</BitRate><ConnectedAP iedName='I'><Address><P "
+               "type='IP'>1.2.3.4</P><P type='OSI-AE-Invoke'>9</P></Address><PhysConn type='Connection'><P "
+               "type='Plug'>RJ45</P></PhysConn><SMV ldInst='s'><x/><Address><P "
+               "type='APPID'>1</P></Address></SMV><GSE cbName='g'><MinTime unit='s' "
+               "multiplier='m'>4</MinTime><Address><P type='VLAN-ID'>5</P></Address></GSE></ConnectedAP>"));
     const scl::SubNetwork &network = first<&scl::SubNetwork::link>(SubNetworkHead);
     EXPECT_STREQ(network.text, "t");
     EXPECT_STREQ(network.bitRate, "10");
@@ -288,15 +278,12 @@ TEST(SclReaders, CommunicationIsKept) {
 
 TEST(SclReaders, PrivateSectionsAreFoundByKey) {
     SclSession session;
-    session.read(
-        inIed("<Private type=\"ORV_LocalConf\"><Item key=\"vvaFormat\" val=\"1\" extend=\"e\"/></Private>"
-              "<Private type=\"ORV_LocalConf\"><Item key=\"other\"/></Private>"
-              "<Private type=\"ORV_IniConf\"><s><k key=\"lost\"/></s><s name=\"net\"><k key=\"a\" "
-              "val=\"b\"/></s></Private>"
-              "<Private type=\"ORV_IedResources\"><eorv:VisualDI num=\"3\"/><eorv:GooseTx "
-              "maxBoolData=\"9\"/></Private>"
-              "<Private type=\"ORV_IedResources\"><eorv:VisualDI num=\"4\"/><eorv:Reports "
-              "maxDataSetSize=\"7\"/></Private>"));
+    session.read(inIed(
+        "<Private type='ORV_LocalConf'><Item key='vvaFormat' val='1' extend='e'/></Private><Private "
+        "type='ORV_LocalConf'><Item key='other'/></Private><Private type='ORV_IniConf'><s><k "
+        "key='lost'/></s><s name='net'><k key='a' val='b'/></s></Private><Private "
+        "type='ORV_IedResources'><eorv:VisualDI num='3'/><eorv:GooseTx maxBoolData='9'/></Private><Private "
+        "type='ORV_IedResources'><eorv:VisualDI num='4'/><eorv:Reports maxDataSetSize='7'/></Private>"));
     EXPECT_EQ(count<&scl::OrvConfig_t::link>(OrvPrivate.localConf), 1);
     EXPECT_STREQ(first<&scl::OrvConfig_t::link>(OrvPrivate.localConf).extend, "e");
     EXPECT_EQ(getConfSection(nullptr), nullptr);
@@ -310,11 +297,10 @@ TEST(SclReaders, PrivateSectionsAreFoundByKey) {
 
 TEST(SclReaders, TheGooseMapTakesHexadecimalNumbersAndSixOctets) {
     SclSession session;
-    session.read(inIed("<Private type=\"ORV_GooseSubscription\"><s APPID=\"123fFF\" "
-                       "mAddr=\"01-0C-cd-01-00-10\" goCbRef=\"cb\" VLAN-ID=\"2\">"
-                       "<eorv:GooseRxEntry tdlString=\"12\" ref=\"r\"/><other tdlString=\"13\"/></s>"
-                       "<s mAddr=\"01:0C:CD:01:00:10\"><eorv:GooseRxEntry/></s><s "
-                       "mAddr=\"01-0C-CD-01-00-1\"><eorv:GooseRxEntry/></s></Private>"));
+    session.read(inIed("<Private type='ORV_GooseSubscription'><s APPID='123fFF' mAddr='01-0C-cd-01-00-10' "
+                       "goCbRef='cb' VLAN-ID='2'><eorv:GooseRxEntry tdlString='12' ref='r'/><other "
+                       "tdlString='13'/></s><s mAddr='01:0C:CD:01:00:10'><eorv:GooseRxEntry/></s><s "
+                       "mAddr='01-0C-CD-01-00-1'><eorv:GooseRxEntry/></s></Private>"));
     testing::internal::CaptureStderr();
     modelGetGooseMap();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "modelGetGooseMap : Mac len error!\r\n");
@@ -342,8 +328,8 @@ TEST(SclReaders, TheGooseMapTakesHexadecimalNumbersAndSixOctets) {
 TEST(SclReadersDeath, ANameOfMoreThan30OctetsEndsTheStartAndIsNamed) {
     const std::string fits(30, 'n'), tooLong(31, 'n');
     const auto type = [](const char *owner, const char *element, const std::string &name) {
-        return sclDocument("", "<" + std::string(owner) + " id=\"typeX\">\n<" + element + " name=\"" + name +
-                                   "\" type=\"t\" bType=\"INT8\"/></" + owner + ">");
+        return sclDocument("", "<" + std::string(owner) + " id='typeX'>\n<" + element + " name='" + name +
+                                   "' type='t' bType='INT8'/></" + owner + ">");
     };
     const std::pair<const char *, const char *> kinds[] = {
         {"LNodeType", "DO"}, {"DOType", "SDO"}, {"DOType", "DA"}, {"DAType", "BDA"}};
