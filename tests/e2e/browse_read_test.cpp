@@ -120,17 +120,6 @@ TEST_F(BrowseAndRead, EveryNameOfEveryDeviceHasATypeAndAValue) {
     EXPECT_GT(objects, 1000U);
 }
 
-TEST_F(BrowseAndRead, AListGoesOnBehindTheNameThatTheClientGives) {
-    const std::vector<std::string> names = allNames(client, 0, "ZRX418MEAS");
-    const NameList rest =
-        namesOf(ask(client, getNameList(1, 0, "ZRX418MEAS", names[names.size() - 3])).value());
-    EXPECT_EQ(rest.names, (std::vector<std::string>{names[names.size() - 2], names.back()}));
-    EXPECT_FALSE(rest.more);
-    const NameList none = namesOf(ask(client, getNameList(1, 0, "ZRX418MEAS", names.back())).value());
-    EXPECT_TRUE(none.names.empty());
-    EXPECT_FALSE(none.more);
-}
-
 TEST_F(BrowseAndRead, AValueFollowsTheRegionInTheUnitOfTheModel) {
     const auto value = [&](const char *item) {
         return ask(client, read(1, "ZRX418MEAS", item)).value_or("");

@@ -108,33 +108,6 @@ TEST_F(Exhaustion, DataSetsRunOutAndComeBack) {
     EXPECT_EQ(answer(getNameList(1, 2, device)), before);
 }
 
-TEST_F(Exhaustion, NamesOfDataSetsOfEveryLengthAndOddSeparators) {
-    RawClient client;
-    ASSERT_TRUE(associate(client, server->port));
-    const auto answer = [&](const std::string &pdu) { return ask(client, pdu).value_or("silence"); };
-    const std::string member = variable("LLN0$ST$Mod");
-    for (const std::string item : {"", "$", "$$", "$LLN0", "LLN0", "NOSUCH$a", "A"}) {
-        EXPECT_EQ(answer(define(item, member)), definitionError("02")) << item;
-    }
-    for (std::size_t length : {31U, 32U, 33U, 255U, 256U, 5000U}) {
-        EXPECT_EQ(answer(define(std::string(length, 'n'), member)), definitionError("02")) << length;
-    }
-    for (const std::string &item : {"LLN0$" + std::string(251, 'n'), "LLN0$" + std::string(5000, '$'),
-                                    "LLN0$" + std::string(30000, 'n')}) {
-        EXPECT_EQ(answer(define(item, member)), definitionError("02")) << item.size();
-    }
-    for (const std::string &item :
-         {std::string("LLN0$"), std::string("LLN0$$"), std::string("LLN0$a$b"), std::string("LLN0$a$"),
-          "LLN0$" + std::string(27, 'n'), "LLN0$" + std::string(28, 'n'), "LLN0$" + std::string(250, 'n'),
-          "LLN0$" + std::string(250, '$')}) {
-        EXPECT_EQ(answer(define(item, member)), defined) << item.substr(0, 40);
-        EXPECT_EQ(answer(define(item, member)), definitionError("05")) << "object-exists";
-        EXPECT_TRUE(answer(readSet(item)).find(canonical("A4")) == 10) << item.substr(0, 40);
-        EXPECT_NE(answer(readSet(item)), notRead) << item.substr(0, 40);
-        EXPECT_EQ(answer(deleteSet(item)), deleted) << item.substr(0, 40);
-    }
-}
-
 TEST_F(Exhaustion, ListsOf100000EntriesGetOneAnswer) {
     constexpr int entries = 100000;
     const std::string name = "30 05 A0 03 80 01 41"; // a variable of the VMD, of which there is none

@@ -74,22 +74,14 @@ class ReportModel : public SmallModel {
             constraint = add(ln, fcName.c_str(), LevelFC, TypeInner);
         }
         GenNode *made = add(constraint, reference.substr(name + 1).c_str(), LevelDO, TypeInner);
-        for (const auto &[attribute, type] :
-             std::initializer_list<std::pair<const char *, u8>>{{"RptID", TypeVisString65},
-                                                                {"RptEna", TypeBoolean},
-                                                                {"Resv", TypeBoolean},
-                                                                {"DatSet", TypeVisString65},
-                                                                {"ConfRev", TypeInt32U},
-                                                                {"OptFlds", TypeOptFlds},
-                                                                {"BufTm", TypeInt32U},
-                                                                {"SqNum", TypeInt32U},
-                                                                {"TrgOps", TypeTrgOps},
-                                                                {"IntgPd", TypeInt32U},
-                                                                {"GI", TypeBoolean},
-                                                                {"PurgeBuf", TypeBoolean},
-                                                                {"EntryID", TypeOctet8},
-                                                                {"TimeOfEntry", TypeEntryTime}}) {
-            leaf(made, attribute, type);
+        const u8 types[] = {TypeVisString65, TypeBoolean, TypeBoolean, TypeVisString65, TypeInt32U,
+                            TypeOptFlds,     TypeInt32U,  TypeInt32U,  TypeTrgOps,      TypeInt32U,
+                            TypeBoolean,     TypeBoolean, TypeOctet8,  TypeEntryTime};
+        const u8 *type = types;
+        for (const std::string &attribute : parts("RptID RptEna Resv DatSet ConfRev OptFlds BufTm SqNum "
+                                                  "TrgOps IntgPd GI PurgeBuf EntryID TimeOfEntry",
+                                                  ' ')) {
+            leaf(made, attribute.c_str(), *type++);
         }
         return made;
     }

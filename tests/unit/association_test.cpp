@@ -145,36 +145,36 @@ struct IgnoredCase {
     std::string octets;
 };
 
-class Ignored : public testing::TestWithParam<IgnoredCase> {};
+const IgnoredCase ignoredCases[] = {
+    {"lone_tpkt_header", "03000004"},
+    {"empty_dt", frame("")},
+    {"lone_give_tokens", frame("0100")},
+    {"session_data_without_data", frame("01000100")},
+    {"finish_without_user_data", frame("0900")},
+    {"tpkt_of_length_zero", "03000000 02F080"},
+    {"disconnect_request", "0300000B 0680 0000 0001 00"},
+    {"abort_apdu", frame("0910 C10E 610C 300A 020101 A005 6403 800100")},
+    {"empty_acse_value", frame("090B C109 6107 3005 020101 A000")},
+    {"reject_pdu", dataFrame("A403 810100")},
+    {"unknown_pdu", dataFrame("AF00")},
+    {"acse_in_data", dataFrame("6203 800100")},
+    {"empty_user_data", frame("01000100 6100")},
+    {"simply_encoded_data", frame("01000100 4000")},
+    {"octet_aligned_value", frame("01000100 6108 3006 020103 810100")},
+    {"service_ext_in_primitive_form", dataFrame("A00B 020101 8200 9F4F03 800101")},
+    {"cut_mms_pdu", dataFrame("A005 020101")}};
 
-TEST_P(Ignored, GetsSilenceAndTheNextRequestIsServed) {
-    Conversation client;
-    client.reachData();
-    EXPECT_EQ(client.send(GetParam().octets), "");
-    EXPECT_EQ(client.status(), CS_DATA);
-    EXPECT_EQ(client.send(request(9, identify)), identifyReply(9));
-    EXPECT_EQ(client.held(), 0U);
+TEST(Ignored, GetsSilenceAndTheNextRequestIsServed) {
+    for (const IgnoredCase &each : ignoredCases) {
+        SCOPED_TRACE(each.what);
+        Conversation client;
+        client.reachData();
+        EXPECT_EQ(client.send(each.octets), "");
+        EXPECT_EQ(client.status(), CS_DATA);
+        EXPECT_EQ(client.send(request(9, identify)), identifyReply(9));
+        EXPECT_EQ(client.held(), 0U);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Frames, Ignored,
-    testing::Values(IgnoredCase{"lone_tpkt_header", "03000004"}, IgnoredCase{"empty_dt", frame("")},
-                    IgnoredCase{"lone_give_tokens", frame("0100")},
-                    IgnoredCase{"session_data_without_data", frame("01000100")},
-                    IgnoredCase{"finish_without_user_data", frame("0900")},
-                    IgnoredCase{"tpkt_of_length_zero", "03000000 02F080"},
-                    IgnoredCase{"disconnect_request", "0300000B 0680 0000 0001 00"},
-                    IgnoredCase{"abort_apdu", frame("0910 C10E 610C 300A 020101 A005 6403 800100")},
-                    IgnoredCase{"empty_acse_value", frame("090B C109 6107 3005 020101 A000")},
-                    IgnoredCase{"reject_pdu", dataFrame("A403 810100")},
-                    IgnoredCase{"unknown_pdu", dataFrame("AF00")},
-                    IgnoredCase{"acse_in_data", dataFrame("6203 800100")},
-                    IgnoredCase{"empty_user_data", frame("01000100 6100")},
-                    IgnoredCase{"simply_encoded_data", frame("01000100 4000")},
-                    IgnoredCase{"octet_aligned_value", frame("01000100 6108 3006 020103 810100")},
-                    IgnoredCase{"service_ext_in_primitive_form", dataFrame("A00B 020101 8200 9F4F03 800101")},
-                    IgnoredCase{"cut_mms_pdu", dataFrame("A005 020101")}),
-    [](const auto &one) { return std::string(one.param.what); });
 
 // ------------------------------------------------------------------------------- the negotiation
 
@@ -201,38 +201,33 @@ std::string acceptedWith(const std::string &detail, const std::string &outstandi
 const char *const usual = "810105 820105";
 const char *const granted = "810101 820105";
 
-class Negotiation : public testing::TestWithParam<Proposal> {};
+const Proposal negotiationCases[] = {
+    {"large_pdu", initiateWith("8003030D40"), acceptedWith("80030186A0")},
+    {"small_pdu", initiateWith("800203E8"), acceptedWith("800203E8")},
+    {"pdu_of_nothing", initiateWith("800100"), acceptedWith("800100")},
+    {"negative_pdu", initiateWith("8001FF"), acceptedWith("8001FF")},
+    {"no_pdu_size", initiateWith(""), acceptedWith("800100")},
+    {"nothing_outstanding", initiateWith("", "810100 820100"), acceptedWith("800100", "810100 820100")},
+    {"much_outstanding", initiateWith("", "8101 7F 82 0200C8"), acceptedWith("800100")},
+    {"shallow_nesting", initiateWith("", usual, "830103"), acceptedWith("800100", granted, "830103")},
+    {"deep_nesting", initiateWith("", usual, "83017F"), acceptedWith("800100", granted, "830105")},
+    {"all_parameters", initiateWith("", usual, "", "810305FFE0"), acceptedWith("800100")},
+    {"no_parameters", initiateWith("", usual, "", "8103050000"),
+     acceptedWith("800100", granted, "", "8103050000")},
+    {"parameters_of_one_octet", initiateWith("", usual, "", "810200FF"), acceptedWith("800100")},
+    {"parameters_of_no_octet", initiateWith("", usual, "", "810100"),
+     acceptedWith("800100", granted, "", "8103050000")}};
 
-TEST_P(Negotiation, Answer) {
-    Conversation client;
-    client.send(crFrame);
-    // Response and request have the same layers around them: it is enough to find the PDU.
-    const std::string reply = client.send(connectFrame(GetParam().request));
-    EXPECT_NE(reply.find(canonical(GetParam().response)), std::string::npos) << reply;
+TEST(Negotiation, Answer) {
+    for (const Proposal &each : negotiationCases) {
+        SCOPED_TRACE(each.what);
+        Conversation client;
+        client.send(crFrame);
+        // Response and request have the same layers around them: it is enough to find the PDU.
+        const std::string reply = client.send(connectFrame(each.request));
+        EXPECT_NE(reply.find(canonical(each.response)), std::string::npos) << reply;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Fields, Negotiation,
-    testing::Values(
-        Proposal{"large_pdu", initiateWith("8003030D40"), acceptedWith("80030186A0")},
-        Proposal{"small_pdu", initiateWith("800203E8"), acceptedWith("800203E8")},
-        Proposal{"pdu_of_nothing", initiateWith("800100"), acceptedWith("800100")},
-        Proposal{"negative_pdu", initiateWith("8001FF"), acceptedWith("8001FF")},
-        Proposal{"no_pdu_size", initiateWith(""), acceptedWith("800100")},
-        Proposal{"nothing_outstanding", initiateWith("", "810100 820100"),
-                 acceptedWith("800100", "810100 820100")},
-        Proposal{"much_outstanding", initiateWith("", "8101 7F 82 0200C8"), acceptedWith("800100")},
-        Proposal{"shallow_nesting", initiateWith("", usual, "830103"),
-                 acceptedWith("800100", granted, "830103")},
-        Proposal{"deep_nesting", initiateWith("", usual, "83017F"),
-                 acceptedWith("800100", granted, "830105")},
-        Proposal{"all_parameters", initiateWith("", usual, "", "810305FFE0"), acceptedWith("800100")},
-        Proposal{"no_parameters", initiateWith("", usual, "", "8103050000"),
-                 acceptedWith("800100", granted, "", "8103050000")},
-        Proposal{"parameters_of_one_octet", initiateWith("", usual, "", "810200FF"), acceptedWith("800100")},
-        Proposal{"parameters_of_no_octet", initiateWith("", usual, "", "810100"),
-                 acceptedWith("800100", granted, "", "8103050000")}),
-    [](const auto &one) { return std::string(one.param.what); });
 
 TEST(NegotiationRecord, HoldsTheSizeAndExactlyTheConfiguredServices) {
     Conversation client;
@@ -267,30 +262,28 @@ struct DispatchCase {
     const char *answer;
 };
 
-class Dispatch : public testing::TestWithParam<DispatchCase> {};
+const DispatchCase dispatchCases[] = {
+    {"unserved_request_with_large_invoke_id", "A00A 020412345678 AA02 8000", "A409 800412345678 810100"},
+    {"confirmed_response", "A107 020101 A502 8100", "A403 820100"},
+    {"confirmed_error", "A20A 800101 A205 A003 870103", "A403 830100"},
+    {"information_report", "A30B A009 A105 8003 616263 A000", "A403 840100"},
+    {"cancel_request", "850103", "A20A 800103 A205 A003 8A0102"},
+    {"cancel_response", "860103", "A403 870100"},
+    {"cancel_error", "A70A 800101 A105 A003 8A0102", "A403 880100"},
+    {"initiate_error", "AA05 A003 880100", "A403 850101"},
+    {"conclude_request", "8B00", "8C00"},
+    {"conclude_response", "8C00", "A403 8A0100"},
+    {"conclude_error", "AD05 A003 890100", "A403 8B0100"}};
 
-TEST_P(Dispatch, Answer) {
-    Conversation client;
-    client.reachData();
-    EXPECT_EQ(client.send(dataFrame(GetParam().pdu)), dataFrame(GetParam().answer));
-    EXPECT_EQ(client.send(request(2, identify)), identifyReply(2));
+TEST(Dispatch, Answer) {
+    for (const DispatchCase &each : dispatchCases) {
+        SCOPED_TRACE(each.what);
+        Conversation client;
+        client.reachData();
+        EXPECT_EQ(client.send(dataFrame(each.pdu)), dataFrame(each.answer));
+        EXPECT_EQ(client.send(request(2, identify)), identifyReply(2));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pdus, Dispatch,
-    testing::Values(DispatchCase{"unserved_request_with_large_invoke_id", "A00A 020412345678 AA02 8000",
-                                 "A409 800412345678 810100"},
-                    DispatchCase{"confirmed_response", "A107 020101 A502 8100", "A403 820100"},
-                    DispatchCase{"confirmed_error", "A20A 800101 A205 A003 870103", "A403 830100"},
-                    DispatchCase{"information_report", "A30B A009 A105 8003 616263 A000", "A403 840100"},
-                    DispatchCase{"cancel_request", "850103", "A20A 800103 A205 A003 8A0102"},
-                    DispatchCase{"cancel_response", "860103", "A403 870100"},
-                    DispatchCase{"cancel_error", "A70A 800101 A105 A003 8A0102", "A403 880100"},
-                    DispatchCase{"initiate_error", "AA05 A003 880100", "A403 850101"},
-                    DispatchCase{"conclude_request", "8B00", "8C00"},
-                    DispatchCase{"conclude_response", "8C00", "A403 8A0100"},
-                    DispatchCase{"conclude_error", "AD05 A003 890100", "A403 8B0100"}),
-    [](const auto &one) { return std::string(one.param.what); });
 
 TEST(DispatchState, CancelBeforeTheFirstRequestIsRejected) {
     Conversation client;

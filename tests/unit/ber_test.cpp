@@ -10,67 +10,41 @@
 namespace ied::test {
 namespace {
 
-TEST(BerInteger, TakesTheShortestFormBothWays) {
-    const struct {
-        AsnInt value;
-        const char *hex;
-    } cases[] = {{0, "020100"},
-                 {127, "02017F"},
-                 {128, "02020080"},
-                 {-1, "0201FF"},
-                 {-128, "020180"},
-                 {-129, "0202FF7F"},
-                 {32767, "02027FFF"},
-                 {32768, "0203008000"},
-                 {-32769, "0203FF7FFF"},
-                 {8388608, "020400800000"},
-                 {INT32_MAX, "02047FFFFFFF"},
-                 {INT32_MIN, "020480000000"}};
-    for (const auto &c : cases) {
-        EXPECT_EQ(encoded<AsnInt>(BEncAsnInt, c.value), c.hex);
-        AsnInt back = 0;
-        EXPECT_EQ(decodeError<AsnInt>(BDecAsnInt, c.hex, back), 0) << c.hex;
-        EXPECT_EQ(back, c.value);
+// `hex` holds the encodings of the values, in their order.
+template <class T>
+void expectBothWays(u32 encode(GenBuf *, const T *), void decode(GenBuf *, T *, u32 *, DecodeEnv *),
+                    const std::vector<T> &values, const char *hex) {
+    const std::vector<std::string> encodings = parts(hex, ' ');
+    ASSERT_EQ(encodings.size(), values.size());
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_EQ(encoded<T>(encode, values[i]), encodings[i]);
+        T back = 7;
+        EXPECT_EQ(decodeError<T>(decode, encodings[i], back), 0) << encodings[i];
+        EXPECT_EQ(back, values[i]);
     }
+}
+
+TEST(BerInteger, TakesTheShortestFormBothWays) {
+    expectBothWays<AsnInt>(BEncAsnInt, BDecAsnInt,
+                           {0, 127, 128, -1, -128, -129, 32767, 32768, -32769, 8388608, INT32_MAX, INT32_MIN},
+                           "020100 02017F 02020080 0201FF 020180 0202FF7F 02027FFF 0203008000 0203FF7FFF "
+                           "020400800000 02047FFFFFFF 020480000000");
 }
 
 TEST(BerUnsigned, HasALeadingZeroOctetWhenItsTopBitIsSet) {
-    const struct {
-        UAsnInt value;
-        const char *hex;
-    } cases[] = {{0, "020100"},
-                 {127, "02017F"},
-                 {128, "02020080"},
-                 {65535, "020300FFFF"},
-                 {0x7FFFFFFF, "02047FFFFFFF"},
-                 {0x80000000, "02050080000000"},
-                 {0xFFFFFFFF, "020500FFFFFFFF"}};
-    for (const auto &c : cases) {
-        EXPECT_EQ(encoded<UAsnInt>(BEncUAsnInt, c.value), c.hex);
-        UAsnInt back = 0;
-        EXPECT_EQ(decodeError<UAsnInt>(BDecUAsnInt, c.hex, back), 0) << c.hex;
-        EXPECT_EQ(back, c.value);
-    }
+    expectBothWays<UAsnInt>(BEncUAsnInt, BDecUAsnInt,
+                            {0, 127, 128, 65535, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF},
+                            "020100 02017F 02020080 020300FFFF 02047FFFFFFF 02050080000000 020500FFFFFFFF");
 }
 
 TEST(BerLength, TakesTheShortestForm) {
-    const struct {
-        u32 len;
-        const char *hex;
-    } cases[] = {{0, "00"},
-                 {127, "7F"},
-                 {128, "8180"},
-                 {255, "81FF"},
-                 {256, "820100"},
-                 {65535, "82FFFF"},
-                 {65536, "83010000"},
-                 {0xFFFFA5, "83FFFFA5"},
-                 {0xFFFFA6, "8400FFFFA6"},
-                 {0xFFFFFFFE, "84FFFFFFFE"}};
-    for (const auto &c : cases) {
+    const u32 lengths[] = {0, 127, 128, 255, 256, 65535, 65536, 0xFFFFA5, 0xFFFFA6, 0xFFFFFFFE};
+    std::string written;
+    for (const u32 length : lengths) {
         const auto encode = [](GenBuf *gen, const u32 *len) { return BEncDefLen(gen, *len); };
-        EXPECT_EQ(encoded<u32>(encode, c.len), c.hex);
+        written += encoded<u32>(encode, length) + " ";
     }
+    EXPECT_EQ(written, "00 7F 8180 81FF 820100 82FFFF 83010000 83FFFFA5 8400FFFFA6 84FFFFFFFE ");
 }
 
 i32 lengthError(std::string_view hex, u32 &len) {
@@ -187,26 +161,12 @@ TEST(BerText, AnOctetThatTheTypeForbidsMarksTheBufferAndGoesOut) {
     }
 }
 
+// 1 is 128 * 2^-7, 0.75 is 192 * 2^-8, 1000 is 250 * 2^2.
 TEST(BerReal, ValuesOfEveryKindGoBothWays) {
     const f64 infinity = std::numeric_limits<f64>::infinity();
-    const struct {
-        f64 value;
-        const char *hex;
-    } cases[] = {{0, "0900"},
-                 {infinity, "090140"},
-                 {-infinity, "090141"},
-                 {1, "090380F980"}, // 128 * 2^-7
-                 {-1, "0903C0F980"},
-                 {0.75, "090380F8C0"}, // 192 * 2^-8
-                 {1000, "09038002FA"}, // 250 * 2^2
-                 {std::ldexp(1, 300), "0904810125 80"},
-                 {1.0 / 3, "090980C7 AAAAAAAAAAAAA8"}};
-    for (const auto &c : cases) {
-        EXPECT_EQ(encoded<AsnReal>(BEncAsnReal, c.value), canonical(c.hex)) << c.value;
-        AsnReal back = 7;
-        EXPECT_EQ(decodeError<AsnReal>(BDecAsnReal, c.hex, back), 0) << c.hex;
-        EXPECT_EQ(back, c.value);
-    }
+    expectBothWays<AsnReal>(
+        BEncAsnReal, BDecAsnReal, {0, infinity, -infinity, 1, -1, 0.75, 1000, std::ldexp(1, 300), 1.0 / 3},
+        "0900 090140 090141 090380F980 0903C0F980 090380F8C0 09038002FA 090481012580 090980C7AAAAAAAAAAAAA8");
 }
 
 TEST(BerReal, OtherBasesAndFactorsAreRead) {

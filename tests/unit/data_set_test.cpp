@@ -160,7 +160,16 @@ TEST(DataSets, NamesAreFreeUsedOrInvalid) {
         EXPECT_EQ(checkDsName(Name(domain, item)), want) << item;
         EXPECT_EQ(log.count("DAT", "ERR", "checkDsName", text), want == 1 ? 0 : 1) << text;
     }
-    EXPECT_EQ(checkDsName(Name("Tiny", "LLN0$" + std::string(250, 'n'))), 1);
+    for (const std::string item : {"", "$", "$$", "$LLN0", "LLN0", "A"}) {
+        EXPECT_EQ(checkDsName(Name("Tiny", item)), -1) << item;
+    }
+    for (const std::string &item : {std::string("LLN0$"), std::string("LLN0$$"), std::string("LLN0$a$b"),
+                                    "LLN0$" + std::string(250, '$'), "LLN0$" + std::string(250, 'n')}) {
+        const Name name("Tiny", item);
+        EXPECT_EQ(checkDsName(name), 1) << item;
+        DataSet *found = nullptr;
+        EXPECT_TRUE(createDynDs(name, nullptr) && searchDsByObjName(name, &found)) << item;
+    }
     EXPECT_EQ(checkDsName(Name("Tiny", "LLN0$" + std::string(251, 'n'))), -1) << "longer than a reference";
     EXPECT_EQ(checkDsName(Name("Tiny", std::string(5000, 'n') + "$")), -1);
     Name vmd("Tiny", "LLN0$b");

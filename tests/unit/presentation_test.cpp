@@ -12,34 +12,32 @@ struct DecodeCase {
     i32 err; // 0: decodes whole
 };
 
-class Ppdu : public testing::TestWithParam<DecodeCase> {};
+const DecodeCase ppduCases[] = {
+    {"release_with_reason", "610C 300A 020101 A005 6203 800100", PresentFinish, 0},
+    {"release_without_reason", "6109 3007 020101 A002 6200", PresentFinish, 0},
+    {"data", "6109 3007 020103 A002 8B00", PresentData, 0},
+    {"data_longer_than_its_length", "6109 3007 020103 A002 8B00 00", PresentData, -801},
+    {"data_shorter_than_its_length", "610A 3007 020103 A002 8B00", PresentData, -801},
+    {"data_of_indefinite_length", "6180 3007 020103 A002 8B00 0000", PresentData, -801},
+    {"data_where_none_is_due", "6109 3007 020103 A002 8B00", PresentNone, 100},
+    {"data_in_a_connect", "6109 3007 020103 A002 8B00", PresentConnect, 100},
+    {"connect_in_data", "3107 A003800101 A200", PresentData, -802},
+    {"connect_without_parameters", "3105 A003800101", PresentConnect, 0},
+    {"typed_data", "6209 3007 020103 A002 8B00", PresentData, -802},
+    {"nothing", "", PresentData, -74}};
 
-TEST_P(Ppdu, Decode) {
-    const std::vector<u8> data = octets(GetParam().octets);
-    Ppdu8823 ppdu{};
-    i32 err = 99;
-    const u32 n = decPpdu8823(&ppdu, data.data(), static_cast<u32>(data.size()), GetParam().type, &err);
-    EXPECT_EQ(err, GetParam().err);
-    EXPECT_EQ(n, GetParam().err == 0 ? data.size() : 0U);
-    initPpdu8823(&ppdu, false);
+TEST(Ppdu, Decode) {
+    for (const DecodeCase &each : ppduCases) {
+        SCOPED_TRACE(each.what);
+        const std::vector<u8> data = octets(each.octets);
+        Ppdu8823 ppdu{};
+        i32 err = 99;
+        const u32 n = decPpdu8823(&ppdu, data.data(), static_cast<u32>(data.size()), each.type, &err);
+        EXPECT_EQ(err, each.err);
+        EXPECT_EQ(n, each.err == 0 ? data.size() : 0U);
+        initPpdu8823(&ppdu, false);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Refusals, Ppdu,
-    testing::Values(
-        DecodeCase{"release_with_reason", "610C 300A 020101 A005 6203 800100", PresentFinish, 0},
-        DecodeCase{"release_without_reason", "6109 3007 020101 A002 6200", PresentFinish, 0},
-        DecodeCase{"data", "6109 3007 020103 A002 8B00", PresentData, 0},
-        DecodeCase{"data_longer_than_its_length", "6109 3007 020103 A002 8B00 00", PresentData, -801},
-        DecodeCase{"data_shorter_than_its_length", "610A 3007 020103 A002 8B00", PresentData, -801},
-        DecodeCase{"data_of_indefinite_length", "6180 3007 020103 A002 8B00 0000", PresentData, -801},
-        DecodeCase{"data_where_none_is_due", "6109 3007 020103 A002 8B00", PresentNone, 100},
-        DecodeCase{"data_in_a_connect", "6109 3007 020103 A002 8B00", PresentConnect, 100},
-        DecodeCase{"connect_in_data", "3107 A003800101 A200", PresentData, -802},
-        DecodeCase{"connect_without_parameters", "3105 A003800101", PresentConnect, 0},
-        DecodeCase{"typed_data", "6209 3007 020103 A002 8B00", PresentData, -802},
-        DecodeCase{"nothing", "", PresentData, -74}),
-    [](const auto &one) { return std::string(one.param.what); });
 
 TEST(PpduCut, EveryCutOfAConnectIsRefusedAndFreed) {
     const std::vector<u8> whole = octets(cpType(aarq(initiateRequest)));
@@ -78,51 +76,47 @@ std::string withFields(const std::string &fields) {
 
 const std::string context = "300F 020101 0604 52010001 3004 0602 5101";
 
-class Connect : public testing::TestWithParam<ConnectCase> {};
+const ConnectCase connectCases[] = {
+    {"one_context", withContexts(tlv("A4", context)), true},
+    {"three_contexts", withContexts(tlv("A4", context + context + context)), true},
+    {"no_contexts", withContexts(""), true},
+    {"unknown_context", withContexts(tlv("A4", "300F 020105 0604 29010203 3004 0602 5101" + context)), true},
+    {"context_list_that_leaves_its_parent", withContexts("A47F" + context), false},
+    {"members_of_the_set_exchanged",
+     tlv("31", tlv("A2", tlv("61", tlv("30", "020101" + tlv("A0", aarq(initiateRequest))))) + "A003800101"),
+     true},
+    {"password", withFields("8A020780 8B03520301 AC088006736563726574"), true},
+    {"authentication_bitstring", withFields("AC04 810205A0"), true},
+    {"authentication_other", withFields("AC0B A309 0603530405 0402 0102"), true},
+    {"titles", withFields("A206 0604 29018767 A303 02010C A603 0601 29 A703 02010C"), true},
+    {"title_without_end", withFields("A20A 0608 FFFFFFFFFFFFFFFF"), true},
+    {"title_that_leaves_its_parent", withFields("A204 0608 FFFF"), false},
+    {"qualifier_of_nine_octets", withFields("A30B 0209 000000000000000001"), false},
+    {"password_of_no_octet", withFields("8A020780 8B03520301 AC028000"), true},
+    {"authentication_of_nine_unused_bits", withFields("AC04 810209A0"), false},
+    {"authentication_of_another_kind", withFields("AC04 840205A0"), false},
+    {"authentication_of_nothing", withFields("AC00"), false},
+    {"no_user_data", tlv("31", "A003800101" + tlv("A2", tlv("A4", context))), false},
+    {"user_data_without_entry", tlv("31", "A003800101 A202 6100"), false},
+    {"simply_encoded_user_data", tlv("31", "A003800101 A203 400100"), false},
+    {"no_user_information", cpType("6009 A107 0605 28CA220203"), false},
+    {"user_information_without_entry", cpType("600B A107 0605 28CA220203 BE00"), false},
+    {"octet_aligned_value", tlv("31", "A003800101" + tlv("A2", tlv("61", tlv("30", "020101 810100")))),
+     false},
+    {"mms_instead_of_acse", cpType(initiateRequest), false}};
 
-TEST_P(Connect, Answer) {
-    Conversation client;
-    client.send(crFrame);
-    const std::string reply = client.send(frame(connectSpdu(GetParam().cpType)));
-    EXPECT_EQ(reply, GetParam().accepted ? canonical(connectReply) : "");
-    EXPECT_EQ(client.status(), GetParam().accepted ? CS_ASSOCIATED : CS_COTP);
-    client.restart();
-    client.associate(); // whatever came before
+TEST(Connect, Answer) {
+    for (const ConnectCase &each : connectCases) {
+        SCOPED_TRACE(each.what);
+        Conversation client;
+        client.send(crFrame);
+        const std::string reply = client.send(frame(connectSpdu(each.cpType)));
+        EXPECT_EQ(reply, each.accepted ? canonical(connectReply) : "");
+        EXPECT_EQ(client.status(), each.accepted ? CS_ASSOCIATED : CS_COTP);
+        client.restart();
+        client.associate(); // whatever came before
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Contents, Connect,
-    testing::Values(
-        ConnectCase{"one_context", withContexts(tlv("A4", context)), true},
-        ConnectCase{"three_contexts", withContexts(tlv("A4", context + context + context)), true},
-        ConnectCase{"no_contexts", withContexts(""), true},
-        ConnectCase{"unknown_context",
-                    withContexts(tlv("A4", "300F 020105 0604 29010203 3004 0602 5101" + context)), true},
-        ConnectCase{"context_list_that_leaves_its_parent", withContexts("A47F" + context), false},
-        ConnectCase{"members_of_the_set_exchanged",
-                    tlv("31", tlv("A2", tlv("61", tlv("30", "020101" + tlv("A0", aarq(initiateRequest))))) +
-                                  "A003800101"),
-                    true},
-        ConnectCase{"password", withFields("8A020780 8B03520301 AC088006736563726574"), true},
-        ConnectCase{"authentication_bitstring", withFields("AC04 810205A0"), true},
-        ConnectCase{"authentication_other", withFields("AC0B A309 0603530405 0402 0102"), true},
-        ConnectCase{"titles", withFields("A206 0604 29018767 A303 02010C A603 0601 29 A703 02010C"), true},
-        ConnectCase{"title_without_end", withFields("A20A 0608 FFFFFFFFFFFFFFFF"), true},
-        ConnectCase{"title_that_leaves_its_parent", withFields("A204 0608 FFFF"), false},
-        ConnectCase{"qualifier_of_nine_octets", withFields("A30B 0209 000000000000000001"), false},
-        ConnectCase{"password_of_no_octet", withFields("8A020780 8B03520301 AC028000"), true},
-        ConnectCase{"authentication_of_nine_unused_bits", withFields("AC04 810209A0"), false},
-        ConnectCase{"authentication_of_another_kind", withFields("AC04 840205A0"), false},
-        ConnectCase{"authentication_of_nothing", withFields("AC00"), false},
-        ConnectCase{"no_user_data", tlv("31", "A003800101" + tlv("A2", tlv("A4", context))), false},
-        ConnectCase{"user_data_without_entry", tlv("31", "A003800101 A202 6100"), false},
-        ConnectCase{"simply_encoded_user_data", tlv("31", "A003800101 A203 400100"), false},
-        ConnectCase{"no_user_information", cpType("6009 A107 0605 28CA220203"), false},
-        ConnectCase{"user_information_without_entry", cpType("600B A107 0605 28CA220203 BE00"), false},
-        ConnectCase{"octet_aligned_value",
-                    tlv("31", "A003800101" + tlv("A2", tlv("61", tlv("30", "020101 810100")))), false},
-        ConnectCase{"mms_instead_of_acse", cpType(initiateRequest), false}),
-    [](const auto &one) { return std::string(one.param.what); });
 
 } // namespace
 } // namespace ied::test

@@ -11,8 +11,8 @@ const char *const connectHead = "0D16 0506130100160102 14020002 33020001 3402000
 struct SpduCase {
     const char *what;
     std::string octets;
-    u32 consumed; // 0: refused with 22
-    int presentType;
+    u32 consumed = 0; // 0: refused with 22
+    int presentType = 0;
 };
 
 u32 decode(Spdu8327 *rec, const std::vector<u8> &data, i32 *err) {
@@ -35,39 +35,35 @@ INSTANTIATE_TEST_SUITE_P(
     Kinds, Spdu,
     testing::Values(
         SpduCase{"connect", connectHead, 24, PresentConnect},
-        SpduCase{"connect_without_calling_selector", "0D12 0506130100160102 14020002 34020001 C100", 0, 0},
-        SpduCase{"connect_in_another_order", "0D16 14020002 0506130100160102 33020001 34020001 C100", 0, 0},
-        SpduCase{"connect_without_user_data", "0D14 0506130100160102 14020002 33020001 34020001", 0, 0},
-        SpduCase{"connect_with_empty_selector", "0D14 0506130100160102 14020002 3300 34020001 C100", 0, 0},
-        SpduCase{"connect_with_selector_of_16",
-                 "0D24 0506130100160102 14020002 3310"
-                 "00000000000000000000000000000001 34020001 C100",
-                 0, 0},
+        SpduCase{"connect_without_calling_selector", "0D12 0506130100160102 14020002 34020001 C100"},
+        SpduCase{"connect_in_another_order", "0D16 14020002 0506130100160102 33020001 34020001 C100"},
+        SpduCase{"connect_without_user_data", "0D14 0506130100160102 14020002 33020001 34020001"},
+        SpduCase{"connect_with_empty_selector", "0D14 0506130100160102 14020002 3300 34020001 C100"},
+        SpduCase{"connect_with_selector_of_16", "0D24 0506130100160102 14020002 3310"
+                                                "00000000000000000000000000000001 34020001 C100"},
         SpduCase{"connect_with_called_selector_of_17",
-                 "0D25 0506130100160102 14020002 33020001 3411" + std::string(34, '0') + "C100", 0, 0},
+                 "0D25 0506130100160102 14020002 33020001 3411" + std::string(34, '0') + "C100"},
         SpduCase{"connect_whose_length_leaves_the_frame",
-                 "0D17 0506130100160102 14020002 33020001 34020001 C100", 0, 0},
+                 "0D17 0506130100160102 14020002 33020001 34020001 C100"},
         SpduCase{"connect_whose_item_leaves_the_frame",
-                 "0D16 0517130100160102 14020002 33020001 34020001 C100", 0, 0},
+                 "0D16 0517130100160102 14020002 33020001 34020001 C100"},
         SpduCase{"connect_whose_user_data_leave_the_frame",
-                 "0D16 0506130100160102 14020002 33020001 34020001 C101", 0, 0},
+                 "0D16 0506130100160102 14020002 33020001 34020001 C101"},
         SpduCase{"connect_with_three_octet_length",
-                 "0DFF0016 0506130100160102 14020002 33020001 34020001 C100", 0, 0},
+                 "0DFF0016 0506130100160102 14020002 33020001 34020001 C100"},
         SpduCase{"data", "01000100 61", 4, PresentData}, SpduCase{"lone_give_tokens", "0100", 2, PresentNone},
-        SpduCase{"give_tokens_and_something_else", "0100 61", 2, PresentNone},
-        SpduCase{"data_cut", "010001", 0, 0},
-        SpduCase{"data_whose_length_leaves_the_frame", "01000105", 0, 0},
-        SpduCase{"give_tokens_cut", "01", 0, 0}, SpduCase{"finish", "0902 C100", 4, PresentFinish},
+        SpduCase{"give_tokens_and_something_else", "0100 61", 2, PresentNone}, SpduCase{"data_cut", "010001"},
+        SpduCase{"data_whose_length_leaves_the_frame", "01000105"}, SpduCase{"give_tokens_cut", "01"},
+        SpduCase{"finish", "0902 C100", 4, PresentFinish},
         SpduCase{"finish_without_user_data", "0900", 2, PresentFinish},
-        SpduCase{"finish_whose_user_data_leave_the_frame", "0902 C101", 0, 0},
-        SpduCase{"finish_whose_length_leaves_the_frame", "0903 C100", 0, 0},
+        SpduCase{"finish_whose_user_data_leave_the_frame", "0902 C101"},
+        SpduCase{"finish_whose_length_leaves_the_frame", "0903 C100"},
         SpduCase{"abort_of_3", "6403 800100", 5, PresentNone},
-        SpduCase{"abort_of_6", "6406 800101 810102", 8, PresentNone},
-        SpduCase{"abort_of_2", "6402 800100", 0, 0}, SpduCase{"abort_of_5", "6405 800100 8101", 0, 0},
-        SpduCase{"abort_with_other_parameter", "6403 810100", 0, 0},
-        SpduCase{"abort_of_6_with_other_parameter", "6406 800100 820100", 0, 0},
-        SpduCase{"abort_as_the_standard_codes_it", "1903 110100", 0, 0}, SpduCase{"refuse", "0C00", 0, 0},
-        SpduCase{"nothing", "", 0, 0}),
+        SpduCase{"abort_of_6", "6406 800101 810102", 8, PresentNone}, SpduCase{"abort_of_2", "6402 800100"},
+        SpduCase{"abort_of_5", "6405 800100 8101"}, SpduCase{"abort_with_other_parameter", "6403 810100"},
+        SpduCase{"abort_of_6_with_other_parameter", "6406 800100 820100"},
+        SpduCase{"abort_as_the_standard_codes_it", "1903 110100"}, SpduCase{"refuse", "0C00"},
+        SpduCase{"nothing", ""}),
     [](const auto &one) { return std::string(one.param.what); });
 
 TEST(Spdu, EveryCutOfAConnectIsRefusedWithinItsOctets) {

@@ -143,17 +143,11 @@ TEST_P(LeftoverOfACreator, IsLaidOutAgainUnlessItIsSomethingElse) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Contents, LeftoverOfACreator,
-                         testing::Values(Leftover{"nothing", "", true}, Leftover{"a few octets", "abc", true},
-                                         Leftover{"not laid out", std::string(sizeof(SharedHead), '\0'),
-                                                  true},
-                                         Leftover{"half laid out", "ODEI" + std::string(52, '\0'), true},
-                                         Leftover{"another program's", std::string(64, 'x'), false}),
-                         [](const auto &tested) {
-                             std::string name = tested.param.what;
-                             std::replace_if(
-                                 name.begin(), name.end(), [](char c) { return !isalnum(c); }, '_');
-                             return name;
-                         });
+                         testing::Values(Leftover{"nothing", "", true}, Leftover{"aFewOctets", "abc", true},
+                                         Leftover{"notLaidOut", std::string(sizeof(SharedHead), '\0'), true},
+                                         Leftover{"halfLaidOut", "ODEI" + std::string(52, '\0'), true},
+                                         Leftover{"anotherPrograms", std::string(64, 'x'), false}),
+                         [](const auto &tested) { return std::string(tested.param.what); });
 
 TEST_F(SharedObjects, AQueueUnderAMutexesNameIsRefusedWhileItIsInUse) {
     ASSERT_NE(msgQOpen(mutexName, 3, 20, 0, 0, 0), nullptr);

@@ -138,35 +138,23 @@ bool failsNow() {
     return ++step == failingStep;
 }
 SocketOps host;
-int stepSocket(int domain, int type, int protocol) {
-    return failsNow() ? -1 : host.socket(domain, type, protocol);
+template <auto op, class... Arguments> int stepOf(Arguments... arguments) {
+    return failsNow() ? -1 : (host.*op)(arguments...);
 }
 int stepSetsockopt(int fd, int level, int name, const void *value, u32 length) {
     const bool keepAlive = level == IPPROTO_TCP && name != TCP_NODELAY; // those do not end a start
     return !keepAlive && failsNow() ? -1 : host.setsockopt(fd, level, name, value, length);
 }
-int stepGetsockopt(int fd, int level, int name, void *value, u32 *length) {
-    return failsNow() ? -1 : host.getsockopt(fd, level, name, value, length);
-}
-int stepBind(int fd, const ::sockaddr *address, u32 length) {
-    return failsNow() ? -1 : host.bind(fd, address, length);
-}
-int stepListen(int fd, int backlog) {
-    return failsNow() ? -1 : host.listen(fd, backlog);
-}
-int stepNonBlocking(int fd, bool on) {
-    return failsNow() ? -1 : host.setNonBlocking(fd, on);
-}
 
 void listenAndFail(int failing) {
     externGlbCfg.tcpPort = 0;
     host = socketOps;
-    socketOps.socket = stepSocket;
+    socketOps.socket = stepOf<&SocketOps::socket>;
     socketOps.setsockopt = stepSetsockopt;
-    socketOps.getsockopt = stepGetsockopt;
-    socketOps.bind = stepBind;
-    socketOps.listen = stepListen;
-    socketOps.setNonBlocking = stepNonBlocking;
+    socketOps.getsockopt = stepOf<&SocketOps::getsockopt>;
+    socketOps.bind = stepOf<&SocketOps::bind>;
+    socketOps.listen = stepOf<&SocketOps::listen>;
+    socketOps.setNonBlocking = stepOf<&SocketOps::setNonBlocking>;
     step = 0;
     failingStep = failing;
     int fd;
