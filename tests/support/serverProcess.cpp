@@ -24,9 +24,15 @@ constexpr std::size_t dspFlagCount = 60;
 constexpr std::size_t statisticsCountersAt[] = {37549832, 37549836};
 constexpr std::uint32_t startCount = 1000;
 
-std::string socketLink(const std::filesystem::directory_entry &entry) {
+// Open descriptors of a process that lead to something of that name.
+std::size_t descriptorsTo(pid_t pid, std::string_view name) {
     std::error_code ignored;
-    return std::filesystem::read_symlink(entry.path(), ignored).string();
+    std::size_t count = 0;
+    for (const auto &entry :
+         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd", ignored)) {
+        count += std::filesystem::read_symlink(entry.path(), ignored).string().starts_with(name);
+    }
+    return count;
 }
 
 } // namespace
@@ -127,23 +133,11 @@ bool listening(std::uint16_t port) {
 }
 
 std::size_t descriptorCount(pid_t pid) {
-    std::error_code ignored;
-    std::size_t count = 0;
-    for (const auto &entry :
-         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd", ignored)) {
-        count += !entry.path().empty();
-    }
-    return count;
+    return descriptorsTo(pid, "");
 }
 
 std::size_t socketCount(pid_t pid) {
-    std::error_code ignored;
-    std::size_t count = 0;
-    for (const auto &entry :
-         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd", ignored)) {
-        count += socketLink(entry).starts_with("socket:");
-    }
-    return count;
+    return descriptorsTo(pid, "socket:");
 }
 
 std::uint64_t privateOctets(pid_t pid) {

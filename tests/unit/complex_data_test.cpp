@@ -261,15 +261,16 @@ TEST(ComplexData, AWriteStoresLeafByLeafUpToTheFirstFailure) {
 
 // ------------------------------------------------------------------------------ setting ranges
 
+bool isInRange(Data *value, GenNode *leaf) {
+    const bool passed = checkSetRange(value, leaf);
+    freeHeap(value);
+    return passed;
+}
+
 TEST(SettingRange, WholeNumbersKeepRangeAndStep) {
     SmallModel model;
     GenNode *leaf = model.node("Tiny/LLN0$SP$Int$setVal");
-    const auto passes = [&](i32 value) {
-        Data *data = integer(value);
-        const bool passed = checkSetRange(data, leaf);
-        freeHeap(data);
-        return passed;
-    };
+    const auto passes = [&](i32 value) { return isInRange(integer(value), leaf); };
     for (const auto &[value, want] :
          {std::pair{4, true}, {0, true}, {10, true}, {5, false}, {12, false}, {-2, false}}) {
         EXPECT_EQ(passes(value), want) << value;
@@ -295,12 +296,7 @@ TEST(SettingRange, WholeNumbersKeepRangeAndStep) {
 TEST(SettingRange, FloatsKeepRangeAndStep) {
     SmallModel model;
     GenNode *leaf = model.node("Tiny/LLN0$SP$Flt$setMag$f");
-    const auto passes = [&](f32 value) {
-        Data *data = number(value);
-        const bool passed = checkSetRange(data, leaf);
-        freeHeap(data);
-        return passed;
-    };
+    const auto passes = [&](f32 value) { return isInRange(number(value), leaf); };
     const f32 nan = std::bit_cast<f32>(0x7FC00000);
     const f32 infinity = std::bit_cast<f32>(0x7F800000);
     for (const auto &[value, want] : {std::pair{1.5F, true},
@@ -334,22 +330,18 @@ TEST(SettingRange, CurvesHaveFiveCharacteristics) {
     GenNode *leaf = model.node("Tiny/LLN0$SP$Crv$setCharact");
     for (i32 value = 7; value < 17; ++value) {
         const LogLines log;
-        Data *data = integer(value);
-        EXPECT_EQ(checkSetRange(data, leaf),
+        EXPECT_EQ(isInRange(integer(value), leaf),
                   value == 9 || value == 10 || value == 12 || value == 13 || value == 14);
         EXPECT_EQ(log.count("OTH", "INF", "checkSetRange", "Over range"), 1);
-        freeHeap(data);
     }
 }
 
 TEST(SettingRange, ASettingWithoutARecordIsRefused) {
     const SmallModel model;
     const LogLines log;
-    Data *data = boolean(1);
-    EXPECT_FALSE(checkSetRange(data, model.node("Tiny/LLN0$SP$Loose$setVal")));
+    EXPECT_FALSE(isInRange(boolean(1), model.node("Tiny/LLN0$SP$Loose$setVal")));
     EXPECT_EQ(log.count("OTH", "ERR", "checkSetRange", "Get FCD node failed"), 1);
     EXPECT_EQ(log.count("SET", "ERR", "checkSetRange", "Check \"Tiny/LLN0$SP$Loose$setVal\" failed!"), 1);
-    freeHeap(data);
 }
 
 } // namespace

@@ -14,18 +14,7 @@
 namespace ied::instrument {
 namespace {
 
-using ied::test::checkTimeAt;
-using ied::test::checkWordAt;
-using ied::test::eventLog;
-using ied::test::inputRing;
-using ied::test::inputStateAt;
-using ied::test::logicRing;
-using ied::test::outputRing;
-using ied::test::outputStateAt;
-using ied::test::setpointRing;
-using ied::test::slotAt;
-using ied::test::waveCountAt;
-using ied::test::waveTimeAt;
+using namespace ied::test;
 
 struct Logged {
     u32 type, subType;
