@@ -187,8 +187,8 @@ TEST(DocumentTreeDeath, AFaultEndsTheProcessWithItsLineWhateverTheLogsDestinatio
         ended, "Parse error at line 2:\r\nInput/output error\r\n.*" + where + "the file cannot be read");
     std::string bomb = "<!DOCTYPE SCL [<!ENTITY e0 'ha'>";
     for (int i = 1; i < 20; ++i) {
-        bomb += "<!ENTITY e" + std::to_string(i) + " \"&e" + std::to_string(i - 1) + ";&e" +
-                std::to_string(i - 1) + ";&e" + std::to_string(i - 1) + ";&e" + std::to_string(i - 1) + ";'>";
+        const std::string before = "&e" + std::to_string(i - 1) + ";";
+        bomb += "<!ENTITY e" + std::to_string(i) + " '" + before + before + before + before + "'>";
     }
     EXPECT_EXIT(session.parseText(bomb + "]><SCL>&e19;</SCL>"), ended,
                 "Parse error at line 1:\r\n.*amplification");
