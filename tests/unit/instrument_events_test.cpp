@@ -353,7 +353,7 @@ TEST_F(InstrumentEvents, AnOutputWithAPulseLengthOpensByItself) {
 
 TEST_F(InstrumentEvents, AnActionThatIsOverLeavesAPulseAlone) {
     calm();
-    const auto outputs = [this] { return loadAt<u16>(area, 16654118); };
+    const auto outputs = [this] { return loadAt<u16>(area, outputStateAt); };
     line("set SET.sys.TransTrg1 3");
     line("transient 180% 500us");
     tick(1);
@@ -371,13 +371,13 @@ TEST_F(InstrumentEvents, AnActionThatIsOverLeavesAPulseAlone) {
         tick(2);
         EXPECT_EQ(outputs(), 0) << cause;
     }
-    EXPECT_EQ(loadAt<u32>(area, 20245540), 6u);
+    EXPECT_EQ(loadAt<u32>(area, outputRing.counterAt), 6u);
 }
 
 TEST_F(InstrumentEvents, AnOutputStaysClosedWhileAnythingCallsForIt) {
     calm();
     const auto expectOutputs = [this](u16 expected, const char *when) {
-        EXPECT_EQ(loadAt<u16>(area, 16654118), expected) << when;
+        EXPECT_EQ(loadAt<u16>(area, outputStateAt), expected) << when;
     };
     for (const char *text :
          {"setpoint4.Trg1 1", "setpoint5.Trg2 1", "logic2.Trg2 2", "sys.VarTrg2 2", "sys.TransTrg2 2"}) {
@@ -468,7 +468,7 @@ TEST_F(InstrumentEvents, ARestartGoesOnFromTheRings) {
     start();
     line("input 1 0");
     tick(1);
-    EXPECT_EQ(loadAt<u16>(area, 16654118), 0);
+    EXPECT_EQ(loadAt<u16>(area, outputStateAt), 0);
 }
 
 TEST_F(InstrumentEvents, NothingHappensWithoutChanceAndTheSameWithTheSameSeed) {
