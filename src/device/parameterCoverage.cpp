@@ -16,9 +16,6 @@ using MappedPlaces = std::bitset<protoDataSize>;
 void markMapped(MappedPlaces *mapped) {
     for (const std::span<const ParaMap> map : paraMapAddr) {
         for (const ParaMap &row : map) {
-            if (endsMap(row)) {
-                break;
-            }
             mapped->set(static_cast<std::size_t>(row.modelAddr - protoData));
         }
     }

@@ -147,9 +147,6 @@ constinit std::span<const ParaMap> paraMapAddr[ParaGroupNum] = {
 const ParaMap *findPara(const void *record) {
     for (const std::span<const ParaMap> map : paraMapAddr) {
         for (const ParaMap &row : map) {
-            if (endsMap(row)) {
-                break;
-            }
             if (row.modelAddr == record) {
                 return &row;
             }

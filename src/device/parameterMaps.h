@@ -42,11 +42,6 @@ constexpr bool takesType(const ParaRecordKind &kind, u16 dataType) {
     return paraWidth(dataType) != 0 && (kind.dataTypes >> dataType & 1) != 0;
 }
 
-// The row that ends a map before the end of its span.
-constexpr bool endsMap(const ParaMap &row) {
-    return row.srcOffset == 0 || row.modelAddr == nullptr;
-}
-
 // The first row of all maps in their order whose record is `record`, or null.
 const ParaMap *findPara(const void *record);
 

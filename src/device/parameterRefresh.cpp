@@ -139,9 +139,6 @@ int toField(const ParaMap &row, u8 *field) {
 
 int dealMap(std::span<const ParaMap> map) {
     for (const ParaMap &row : map) {
-        if (endsMap(row)) {
-            break;
-        }
         if (refreshPara(row, comdata + region::liveArea + row.srcOffset, ParaLiveToSG) == ParaFault) {
             return dealFault("Para deal error!");
         }

@@ -76,8 +76,7 @@ enum ParaOp : u8 {
     ParaSEToEdit, // FC SE fields to the edit area, with range check: an edit is confirmed
 };
 
-// The map of each group; a row without offset or record ends it before its end. An empty one is
-// skipped.
+// The map of each group; an empty one is skipped.
 extern std::span<const ParaMap> paraMapAddr[ParaGroupNum];
 
 // Moves parameters in the direction `op` (ParaOp). With ParaLiveToSG these are the parameters of

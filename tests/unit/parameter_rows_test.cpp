@@ -154,9 +154,6 @@ TEST(ParameterMaps, HoldTheInstrumentsParametersAndNoOthers) {
     for (std::size_t group = 0; group < std::size(paraMapAddr); group++) {
         const ParameterMap &map = parameterMaps()[group];
         for (const ParaMap &row : paraMapAddr[group]) {
-            if (endsMap(row)) {
-                break;
-            }
             served.insert(describe(group, names[static_cast<u32>(row.modelAddr - protoData)], row.protoType,
                                    row.dataType, row.srcOffset, row.rangeMin, row.rangeMax));
         }

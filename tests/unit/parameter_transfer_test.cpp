@@ -180,7 +180,7 @@ TEST_F(ParameterTransfer, AGroupWalksItsMapAndAllWalksEveryMap) {
     const MapsKept kept;
     ING &first = record<ING>("SET.sys.TVMod"), &second = record<ING>("SET.sys.DmdNum");
     const ParaMap baseMap[] = {{CdcING, ParaU16, at(first), 700, 0, 2}};
-    const ParaMap demandMap[] = {{CdcING, ParaU16, at(second), 816, 1, 15}, {0, 0, nullptr, 0, 0, 0}};
+    const ParaMap demandMap[] = {{CdcING, ParaU16, at(second), 816, 1, 15}};
     paraMapAddr[ParaBase] = baseMap;
     paraMapAddr[ParaDemand] = demandMap;
     device.put<u16>(700, 1);
