@@ -37,9 +37,17 @@ constexpr const char *attributes[] = {"RptID",   "RptEna",   "Resv",    "DatSet"
 struct Expected {
     std::optional<u64> entryId;
     std::optional<u64> orEntryId; // where a report may or may not count as sent
+    bool asked = false;           // entryId is a position that no report has confirmed yet
     std::optional<u32> sqNum;
     std::array<u32, 3> lastChange{}; // of each member, told with dchg
 };
+
+// A position that was asked for is gone when the block is disabled before a report was sent from it.
+void forgetAsked(Expected &e) {
+    if (e.asked) {
+        e.entryId.reset();
+    }
+}
 
 struct World {
     explicit World(std::span<const u8> input) : script(input) {
@@ -87,6 +95,9 @@ struct World {
     }
     void vanish(u8 slot) {
         releaseClientRCB(slot);
+        for (Expected &e : expected) {
+            forgetAsked(e);
+        }
         come(slot);
     }
 
@@ -111,6 +122,7 @@ void takeReport(World &w, const RCB &rcb, const Report &report) {
         demand(!e.sqNum || *report.sqNum == *e.sqNum, "SqNum follows");
         e.sqNum = (*report.sqNum + 1) & (rcb.buffered != 0 ? 0xFFFFU : 0xFFU);
     }
+    e.asked = false;
     if (rcb.buffered != 0 && report.entryId && report.bufOvfl) {
         demand(!e.entryId || *report.entryId == *e.entryId ||
                    (e.orEntryId && *report.entryId == *e.orEntryId) ||
@@ -219,6 +231,9 @@ void writeAttribute(World &w) {
     if (attribute == "RptEna" && rcb.RptEna != before.RptEna) {
         // Behind an owner that vanished the count goes on.
         e.sqNum = rcb.RptEna == 1 && !wasEnabled ? std::optional<u32>(0) : e.sqNum;
+        if (rcb.RptEna == 0) {
+            forgetAsked(e);
+        }
     } else if (attribute == "PurgeBuf" && rcb.pStat->entrySeq == 0) {
         e.entryId = 1;
         e.orEntryId.reset();
@@ -226,6 +241,7 @@ void writeAttribute(World &w) {
         e = {};
         const u64 id = std::stoull(shownData.substr(std::strlen("octets ")), nullptr, 16);
         e.entryId = id == 0 ? std::nullopt : std::optional<u64>(id + 1); // zeros: from the oldest on
+        e.asked = true;
     } else if (attribute == "TrgOps") {
         w.changed = false; // the block begins to compare with what is there now
     }
