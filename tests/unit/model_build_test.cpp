@@ -203,10 +203,10 @@ TEST(ModelBuild, AnUnknownTypeIsToldForEveryNode) {
 // A node without data objects searches for nothing.
 TEST(ModelBuild, TwoDevicesOfOneNameMayHaveDifferentNodesWithoutObjects) {
     SclSession session;
-    session.build(
-        sclDocument(sclDevice("") + "<LDevice inst='L'><LN0 lnClass='LLN0' lnType='T0'/><LN lnClass='GGIO' "
-                                    "inst='1' lnType='T0'><LogControl name='l'/></LN></LDevice>",
-                    "<LNodeType id='T0'/>"));
+    session.build(sclDocument(sclDevice("") +
+                                  "<LDevice inst='L'><LN0 lnClass='LLN0' lnType='T0'/><LN lnClass='GGIO' "
+                                  "inst='1' lnType='T0'><LogControl name='l'/></LN></LDevice>",
+                              "<LNodeType id='T0'/>"));
     EXPECT_EQ(childNames(""), "IL IL");
     EXPECT_NE(lds.child->sibling, nullptr);
     EXPECT_EQ(std::string(lds.child->sibling->child->name), "GGIO1");
