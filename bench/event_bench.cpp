@@ -27,6 +27,7 @@ using Seconds = std::chrono::duration<double>;
 // 10 ticks of the refresh, then 10 of the report task.
 constexpr double pacingMs = 20;
 constexpr double graceMs = 2;
+constexpr double seconds = 6; // of each try of a rate
 
 struct Source {
     const Ring *ring;
@@ -93,7 +94,6 @@ void printLatency(Bench &bench) {
 
 // Whether each of the sources can have so many entries a second and every one arrives.
 bool passes(Bench &bench, double rate) {
-    constexpr double seconds = 6;
     const auto entries = static_cast<u32>(rate * seconds);
     for (const Source &source : bench.sources) {
         bench.enable(source);
@@ -129,9 +129,9 @@ void printRate(Bench &bench) {
             most += step;
         }
     }
-    std::printf(
-        "events in a second without loss, of each block\t%.0f\t%.0f, one report in 10 ticks\t%.2f\t\n", most,
-        100.0, most / 100);
+    std::printf("events in a second without loss for %.0f s, of each block\t%.0f\t%.0f, one report in 10 "
+                "ticks\t%.2f\t\n",
+                seconds, most, 100.0, most / 100);
 }
 
 void run() {

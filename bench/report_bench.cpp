@@ -209,8 +209,9 @@ void bareSend(benchmark::State &bench) {
     const RCB *rcb = block(bench.range(0));
     const u32 length = encodeReport(&maker, rcb, fullEntry(rcb));
     const u8 *packet = encodedPacket(maker.buffer, length);
+    constexpr u32 headers = tpktOctets + dtOctets; // of each frame
     for (auto _ : bench) {
-        for (u32 at = 0, frame = 0; at + frame < length; at += frame - (tpktOctets + dtOctets)) {
+        for (u32 at = 0, frame = 0; at + headers < length; at += frame - headers) {
             frame = std::min(externGlbCfg.maxTpduSize, length - at);
             if (::send(ends[0], packet + at, frame, 0) != static_cast<long>(frame)) {
                 bench.SkipWithError("not sent");
