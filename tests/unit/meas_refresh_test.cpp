@@ -329,4 +329,21 @@ TEST_F(MeasRefresh, ARowWithoutSourceOrTargetEndsATable) {
     EXPECT_EQ(walkMeasTable({}, MeasPass{}), 1);
 }
 
+TEST_F(MeasRefresh, AMonthIsRefreshedAlone) {
+    const struct {
+        u32 at;
+        const char *name;
+        u8 month;
+    } extremes[] = {{37310888, "MON.rt.now.max.PhV", 0}, {37310888 + 1472, "MON.rt.last.max.PhV", 1}};
+    for (const auto &own : extremes) {
+        device.put<f32>(own.at, 100.0F + own.month);
+        device.putTime(own.at + 4, 1000, 5, 10);
+    }
+    for (const auto &own : extremes) {
+        EXPECT_EQ(record<WYE>(own.name).phs[PhsA].cVal.mag, 0);
+        EXPECT_EQ(refreshStatData(own.month, RefreshAll), 1);
+        EXPECT_EQ(record<WYE>(own.name).phs[PhsA].cVal.mag, 100.0F + own.month);
+    }
+}
+
 } // namespace

@@ -312,6 +312,20 @@ class SettingEdit : public ParameterTransfer {
     const NodeList list{{nodeOf("GGIO1$SG$Mod"), nodeOf("GGIO1$SG$Vol")}};
 };
 
+TEST_F(SettingEdit, AnEditIsTakenFromTheEditAreaAndGoesBackToIt) {
+    device.put<u16>(region::editArea + 700, 2);
+    device.put<u16>(700, 1); // the live area plays no part
+    EXPECT_EQ(dealParamProcess(ParaEditToSE, list.list, ParaAll), 1);
+    EXPECT_EQ(mode.setVal[SetSE], 2);
+    EXPECT_EQ(mode.setVal[SetSG], 0);
+    mode.setVal[SetSE] = 0;
+    volt.setVal[SetSE] = 400;
+    EXPECT_EQ(dealParamProcess(ParaSEToEdit, list.list, ParaAll), 1);
+    EXPECT_EQ(device.get<u16>(region::editArea + 700), 0);
+    EXPECT_EQ(device.get<u16>(region::editArea + 738), 400);
+    EXPECT_EQ(device.get<u16>(700), 1);
+}
+
 TEST_F(SettingEdit, AValueOutOfRangeStopsTheEditAndIsNamedByItsPath) {
     const LogLines log;
     device.put<u16>(region::editArea + 738, 230);
