@@ -278,10 +278,9 @@ int refused(Subscriber &subscriber, const Subscription &subscription, const std:
         (isTrue(now, "RptEna") || (isTrue(now, "Resv") && !subscription.reserved))) {
         return fail(statusRefused, usedText(now));
     }
-    const std::string value = attributeText(now, name);
-    const bool changed = error == valueInvalid && value != attributeText(subscription.block, name);
-    return fail(statusRefused, name + " of " + blockName(now) + " was not written: " +
-                                   dataAccessError(error) + (changed ? "; it is " + value + " now" : ""));
+    return fail(statusRefused,
+                name + " of " + blockName(now) + " was not written: " + dataAccessError(error) +
+                    (error == valueInvalid ? "; it is " + attributeText(now, name) + " now" : ""));
 }
 
 } // namespace ied::client
