@@ -46,7 +46,8 @@ struct RingKind {
 
 // Plays the entries of a ring from position `last` on into the records, each handed over before the
 // next. Returns the new position. An entry that was overwritten during the walk ends it: the next walk
-// goes on with the oldest one that the ring still holds.
+// goes on with the oldest one that the ring still holds. One that is being overwritten at this very moment
+// is not told from a whole one.
 template <class State, class Record, std::size_t N>
 u32 walkRing(const region::RegionRing<State> &ring, const std::array<Record *, N> &list, const RingKind &kind,
              u32 last) {

@@ -24,8 +24,8 @@ void setNumbers(Data *data, i32 integer, u32 unsignedInt, int depth = 0) {
     }
 }
 
-// Gives the first entry of a block every member with its longest encoding. Before it is filled, its
-// strings have their full length already.
+// Gives the first entry of a block every member with its longest encoding, a number of one or two octets
+// taken for one of four. Before it is filled, its strings have their full length already.
 void widen(RptEntry *entry, u32 memberNum) {
     std::memset(entry->included, 1, memberNum);
     for (u32 member = 0; member < memberNum; member++) {
