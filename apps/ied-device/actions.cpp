@@ -14,18 +14,32 @@ bool closesOutput(u32 action) {
     return action >= firstOutput && action < firstOutput + region::outputClose.count;
 }
 
-} // namespace
-
-void act(Instrument *instrument, u32 action) {
-    if (closesOutput(action)) {
-        operateOutput(instrument, action - firstOutput, true);
-    } else if (action >= firstRecorder && action < firstRecorder + region::waveCount.count) {
-        startRecord(instrument, action - firstRecorder);
+template <class Visit>
+void forEachAction(Region region, const Parameter &family, u32 groups, const Visit &visit) {
+    for (u32 group = 0; group < family.row->groups; group++) {
+        for (u32 i = 0; (groups >> group & 1) != 0 && i < family.row->members; i++) {
+            visit(static_cast<u32>(inForce(region, family, group, i)));
+        }
     }
 }
 
-u32 outputOfAction(u32 action) {
-    return closesOutput(action) ? 1u << (action - firstOutput) : 0;
+} // namespace
+
+void act(Instrument *instrument, const Parameter &family, u32 groups) {
+    forEachAction(instrument->shared.region, family, groups, [&](u32 action) {
+        if (closesOutput(action)) {
+            operateOutput(instrument, action - firstOutput, true);
+        } else if (action >= firstRecorder && action < firstRecorder + region::waveCount.count) {
+            startRecord(instrument, action - firstRecorder);
+        }
+    });
+}
+
+u32 outputsCalledFor(Region region, const Parameter &family, u32 groups) {
+    u32 outputs = 0;
+    forEachAction(region, family, groups,
+                  [&](u32 action) { outputs |= closesOutput(action) ? 1u << (action - firstOutput) : 0; });
+    return outputs;
 }
 
 void releaseOutputs(Instrument *instrument) {

@@ -2,16 +2,17 @@
 #pragma once
 
 #include "ied-device/instrument.h"
+#include "ied-device/parameters.h"
 
 namespace ied::instrument {
 
-// Carries out an action by its number, when what calls for it becomes active: 1 to 4 close the relays
-// RO1 to RO4, 5 and 6 the outputs DO1 and DO2, 31 and 32 start a wave record of group 1 or 2. All other
-// numbers do nothing.
-void act(Instrument *instrument, u32 action);
+// Carries out the actions of a family, as SET.setpoint1.Trg1, for each of its groups that has become
+// active, given as bits. Of the numbers of actions, 1 to 4 close the relays RO1 to RO4, 5 and 6 the outputs
+// DO1 and DO2, 31 and 32 start a wave record of group 1 or 2; all other numbers do nothing.
+void act(Instrument *instrument, const Parameter &family, u32 groups = 1);
 
-// Bit of the output that an action closes, as in region::outputState, or no bit.
-u32 outputOfAction(u32 action);
+// Bits of the outputs that these actions close, as in region::outputState.
+u32 outputsCalledFor(Region region, const Parameter &family, u32 groups = 1);
 
 // Opens the outputs that something active has called for until now and nothing calls for any more.
 // One whose pulse runs stays closed until that is over.

@@ -54,14 +54,6 @@ bool outputOf(Region region, u32 group, u32 alarms) {
     return output;
 }
 
-template <class Visit> void forEachAction(Region region, u32 groups, const Visit &visit) {
-    for (u32 group = 0; group < logicGroupCount; group++) {
-        for (u32 i = 0; (groups >> group & 1) != 0 && i < 2; i++) {
-            visit(static_cast<u32>(inForce(region, families().action, group, i)));
-        }
-    }
-}
-
 } // namespace
 
 void watchLogicGroups(Instrument *instrument) {
@@ -76,14 +68,11 @@ void watchLogicGroups(Instrument *instrument) {
     }
     instrument->logicGroups.active = outputs;
     appendEntry(*instrument, region::lgRing, outputs);
-    forEachAction(region, changed & outputs, [&](u32 action) { act(instrument, action); });
+    act(instrument, families().action, changed & outputs);
 }
 
 u32 outputsOfLogicGroups(const Instrument &instrument) {
-    u32 outputs = 0;
-    forEachAction(instrument.shared.region, instrument.logicGroups.active,
-                  [&](u32 action) { outputs |= outputOfAction(action); });
-    return outputs;
+    return outputsCalledFor(instrument.shared.region, families().action, instrument.logicGroups.active);
 }
 
 } // namespace ied::instrument

@@ -18,15 +18,13 @@ enum TrgMod : u16 {
 };
 
 struct Families {
-    Parameter over, under, delay, returnDelay, actions[2];
+    Parameter over, under, delay, returnDelay, action;
 };
 
 const Families &families() {
     static const Families all{findParameter("SET.setpoint1.OvStrVar"),
-                              findParameter("SET.setpoint1.UnStrVar"),
-                              findParameter("SET.setpoint1.ActTm"),
-                              findParameter("SET.setpoint1.RetTm"),
-                              {findParameter("SET.setpoint1.Trg1"), findParameter("SET.setpoint1.Trg2")}};
+                              findParameter("SET.setpoint1.UnStrVar"), findParameter("SET.setpoint1.ActTm"),
+                              findParameter("SET.setpoint1.RetTm"), findParameter("SET.setpoint1.Trg1")};
     return all;
 }
 
@@ -77,20 +75,9 @@ bool nextAlarm(Instrument *instrument, u32 point) {
     return !active;
 }
 
-template <class Visit> void forEachAction(Region region, u32 points, const Visit &visit) {
-    for (u32 point = 0; point < setPointCount; point++) {
-        for (const Parameter &action : families().actions) {
-            if ((points >> point & 1) != 0) {
-                visit(static_cast<u32>(inForce(region, action, point)));
-            }
-        }
-    }
-}
-
 } // namespace
 
 void watchSetPoints(Instrument *instrument) {
-    const Region region = instrument->shared.region;
     u32 alarms = 0;
     for (u32 point = 0; point < setPointCount; point++) {
         alarms |= u32{nextAlarm(instrument, point)} << point;
@@ -101,14 +88,11 @@ void watchSetPoints(Instrument *instrument) {
     }
     instrument->setPoints.active = alarms;
     appendEntry(*instrument, region::spRing, alarms);
-    forEachAction(region, changed & alarms, [&](u32 action) { act(instrument, action); });
+    act(instrument, families().action, changed & alarms);
 }
 
 u32 outputsOfSetPoints(const Instrument &instrument) {
-    u32 outputs = 0;
-    forEachAction(instrument.shared.region, instrument.setPoints.active,
-                  [&](u32 action) { outputs |= outputOfAction(action); });
-    return outputs;
+    return outputsCalledFor(instrument.shared.region, families().action, instrument.setPoints.active);
 }
 
 } // namespace ied::instrument

@@ -48,12 +48,6 @@ const Families &families() {
     return all;
 }
 
-template <class Visit> void forEachAction(Region region, const Parameter &family, const Visit &visit) {
-    for (u32 i = 0; i < family.row->members; i++) {
-        visit(static_cast<u32>(inForce(region, family, 0, i)));
-    }
-}
-
 // Ends what is over, begins what is new.
 void follow(Instrument *instrument, RunningVariation *running, Variation kind, f64 percent) {
     if (kind == running->kind) {
@@ -71,8 +65,7 @@ void follow(Instrument *instrument, RunningVariation *running, Variation kind, f
         appendPqEntry(*instrument, {PqVariation, entryTypes(kind).start, percent, 0});
     }
     if (!wasActive) {
-        forEachAction(instrument->shared.region, families().variation,
-                      [&](u32 action) { act(instrument, action); });
+        act(instrument, families().variation);
     }
 }
 
@@ -121,7 +114,7 @@ void watchTransients(Instrument *instrument) {
         }
         appendPqEntry(*instrument, {PqTransient, 0, percent, transient.microseconds});
         instrument->voltageEvents.transient = true;
-        forEachAction(region, families().transient, [&](u32 action) { act(instrument, action); });
+        act(instrument, families().transient);
     }
 }
 
@@ -129,12 +122,11 @@ u32 outputsOfVoltageEvents(const Instrument &instrument) {
     const Region region = instrument.shared.region;
     const VoltageEvents &events = instrument.voltageEvents;
     u32 outputs = 0;
-    const auto add = [&](u32 action) { outputs |= outputOfAction(action); };
     if (events.high.kind != Variation::None || events.low.kind != Variation::None) {
-        forEachAction(region, families().variation, add);
+        outputs |= outputsCalledFor(region, families().variation);
     }
     if (events.transient) {
-        forEachAction(region, families().transient, add);
+        outputs |= outputsCalledFor(region, families().transient);
     }
     return outputs;
 }

@@ -17,13 +17,11 @@
 
 namespace ied::test {
 
-inline constexpr u8 changes = TrgDchg | TrgQchg | TrgDupd;
-
 // What the ReportControl of an SCL file says. The kind goes by the functional constraint in the name.
 struct Block {
     std::string name;
     std::string dataSet;
-    u8 trgOps = changes | TrgPeriod | TrgGi;
+    u8 trgOps = changeTriggers | TrgPeriod | TrgGi;
     u16 optFlds = 0;
     u32 bufTm = 0;
     u32 intgPd = 0;
